@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Installs what is missing, then builds and runs every test twice: in a normal
+# build and in a build with AddressSanitizer and UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/setup.sh
+
+jobs=$(nproc)
+run_suite() {
+  local dir=$1; shift
+  echo "== configuring $dir ($*)"
+  cmake -S . -B "$dir" -G Ninja -DQVX_WERROR=ON -DQVX_BUILD_BENCH=OFF "$@"
+  echo "== building $dir"
+  cmake --build "$dir" -j "$jobs"
+  echo "== testing $dir"
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs"
+}
+
+run_suite build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1 \
+  run_suite build-sanitize -DCMAKE_BUILD_TYPE=Debug -DQVX_SANITIZE=ON
+echo "== all tests passed"
