@@ -133,6 +133,41 @@ void WkUString::appendUtf16AsUtf8(std::string& out, const char16_t* text, std::s
   }
 }
 
+std::size_t WkUString::writeUtf16AsUtf8(const char16_t* text, std::size_t length, char* out,
+                                        std::size_t capacity, std::size_t* consumed) {
+  std::size_t written = 0;
+  std::size_t i = 0;
+  while (i < length) {
+    if (text[i] < 0x80) {  // fast path for ASCII runs
+      if (written == capacity) break;
+      out[written++] = static_cast<char>(text[i++]);
+      continue;
+    }
+    std::size_t next = i;
+    const unsigned long codePoint = decodeUtf16(text, length, next);
+    const std::size_t width = utf8Width(codePoint);
+    if (capacity - written < width) break;
+    char* at = out + written;
+    if (width == 2) {
+      at[0] = static_cast<char>(0xC0 | (codePoint >> 6));
+      at[1] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else if (width == 3) {
+      at[0] = static_cast<char>(0xE0 | (codePoint >> 12));
+      at[1] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+      at[2] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else {
+      at[0] = static_cast<char>(0xF0 | (codePoint >> 18));
+      at[1] = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+      at[2] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+      at[3] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    }
+    written += width;
+    i = next;
+  }
+  if (consumed != nullptr) *consumed = i;
+  return written;
+}
+
 std::size_t WkUString::utf8Length(const char16_t* text, std::size_t length) {
   std::size_t total = 0;
   std::size_t i = 0;

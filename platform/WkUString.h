@@ -21,6 +21,12 @@ class QVX_API WkUString {
   static void appendUtf8AsUtf16(std::u16string& out, const char* text, std::size_t length);
   // Appends the UTF-8 form of `length` UTF-16 code units to `out`.
   static void appendUtf16AsUtf8(std::string& out, const char16_t* text, std::size_t length);
+  // Writes the UTF-8 form of `length` UTF-16 code units into out[0, capacity) without
+  // allocating and returns the bytes written. It stops before the first character
+  // whose bytes do not all fit, so the output never ends in a partial sequence;
+  // `consumed` (may be null) receives the code units converted.
+  static std::size_t writeUtf16AsUtf8(const char16_t* text, std::size_t length, char* out,
+                                      std::size_t capacity, std::size_t* consumed = nullptr);
   // The number of UTF-8 bytes that appendUtf16AsUtf8 produces for the same input.
   static std::size_t utf8Length(const char16_t* text, std::size_t length);
   // The number of UTF-16 code units that appendUtf8AsUtf16 produces for the same input.
