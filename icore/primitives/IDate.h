@@ -1,0 +1,35 @@
+// A boxed date: an owned WkDate, so that a date can stand where a model object is
+// expected. A new IDate holds the epoch (WkDate's default). At the reflective
+// interface the value is the WkDate pointer itself, and iSet, like setValue, TAKES
+// OWNERSHIP of the date it is given (a date made by primitiveFromString can be handed
+// straight over).
+#pragma once
+
+#include <memory>
+
+#include "icore/primitives/BoxedPrimitive.h"
+#include "icore/primitives/PrimitivesIPackage.h"
+#include "platform/WkDate.h"
+
+namespace com::veltrana::qvx::icore::primitives {
+
+class QVX_API IDate : public BoxedPrimitive<IDate, std::unique_ptr<WkDate const>> {
+ public:
+  static constexpr int kClassId = PrimitivesIPackage::kIDateClassId;
+
+  IDate();
+  ~IDate() override;
+
+  // The date (owned by this object; null after setValue(nullptr)). 75004 on a proxy.
+  WkDate const* getValue() const;
+  // Frees the date held so far and takes ownership of `date` (may be null); no copy
+  // is made. 75004 on a proxy.
+  void setValue(WkDate const* date);
+
+ private:
+  friend class BoxedPrimitive<IDate, std::unique_ptr<WkDate const>>;
+  void const* reflectiveValue(unsigned int* length) const;
+  void assignReflective(void* value, unsigned int length);
+};
+
+}  // namespace com::veltrana::qvx::icore::primitives

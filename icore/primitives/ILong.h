@@ -1,0 +1,21 @@
+// A boxed 64-bit integer (0 initially), so that the value can stand where a model
+// object is expected. Everything but the class id comes from BoxedPrimitive:
+// getValue / setValue, iGet / iSet of the "value" property, Properties.
+#pragma once
+
+#include <cstdint>
+
+#include "icore/primitives/BoxedPrimitive.h"
+#include "icore/primitives/PrimitivesIPackage.h"
+
+namespace com::veltrana::qvx::icore::primitives {
+
+class QVX_API ILong : public BoxedPrimitive<ILong, std::int64_t> {
+ public:
+  static constexpr int kClassId = PrimitivesIPackage::kILongClassId;
+
+  ILong();
+  ~ILong() override;
+};
+
+}  // namespace com::veltrana::qvx::icore::primitives
