@@ -1,0 +1,87 @@
+#include "examples/catalog/NamedElement.h"
+
+#include "examples/catalog/CatalogSupport.h"
+#include "icore/IIdentity.h"
+#include "icore/IProperty.h"
+#include "icore/internal/CollectionAccess.h"
+#include "platform/QvxAssert.h"
+
+namespace com::example::catalog {
+
+using com::veltrana::qvx::icore::internal::CollectionAccess;
+
+NamedElement::NamedElement(IClass* objectClass) { iSetIClass(objectClass); }
+
+NamedElement::~NamedElement() = default;
+
+CatalogIPackage* NamedElement::package() {
+  CatalogIPackage* built = CatalogIPackage::iGetInstance();
+  QVX_ASSERT(built != nullptr);
+  return built;
+}
+
+IUString const& NamedElement::getName() const {
+  checkNotProxy();
+  return name_;
+}
+
+void NamedElement::setName(IUString name) {
+  checkNotProxy();
+  name_ = std::move(name);
+}
+
+std::optional<IUString> const& NamedElement::getDescription() const {
+  checkNotProxy();
+  return description_;
+}
+
+void NamedElement::setDescription(std::optional<IUString> description) {
+  checkNotProxy();
+  description_ = std::move(description);
+}
+
+void const* NamedElement::iGet(IProperty const& property, unsigned int* index, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, index);
+}
+
+void NamedElement::iSet(IProperty const& property, void* value, unsigned int index, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, index);
+}
+
+IBOOLEAN NamedElement::iHasItems(IProperty const& property) {
+  checkPropertyAccess(property);
+  if (!property.isCollection()) throwNotMultiValued(property);
+  return CollectionAccess::size(property, getValue(property, nullptr)) > 0 ? ITRUE : IFALSE;
+}
+
+void const* NamedElement::getValue(IProperty const& property, unsigned int*) const {
+  switch (property.getPropertyId()) {
+    case kNamePropertyId: return &name_;
+    case kDescriptionPropertyId: return support::valueOrNull(description_);
+    default: throwUnknownGet(property);
+  }
+}
+
+void NamedElement::setValue(IProperty const& property, void* value, unsigned int) {
+  switch (property.getPropertyId()) {
+    case kNamePropertyId: support::assignOrDefault(name_, value, IUString()); return;
+    case kDescriptionPropertyId: support::assignOptional(description_, value); return;
+    default: throwUnknownSet(property);
+  }
+}
+
+IIdentity const* NamedElement::iGetIdentity() const { return identity_.get(); }
+
+void NamedElement::iSetIdentity(IIdentity const*& identity) {
+  performChecksBeforeSet();
+  identity_.reset(identity);
+}
+
+void NamedElement::becomeProxy(IIdentity const*& identity) {
+  identity_.reset(identity);
+  iSetProxy();
+}
+
+}  // namespace com::example::catalog

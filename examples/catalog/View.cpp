@@ -1,0 +1,39 @@
+#include "examples/catalog/View.h"
+
+#include "icore/IProperty.h"
+
+namespace com::example::catalog {
+
+View::View() : Table(package()->getViewIClass()) {}
+
+View::~View() = default;
+
+std::optional<IUString> const& View::getQuery() const {
+  checkNotProxy();
+  return query_;
+}
+
+void View::setQuery(std::optional<IUString> query) {
+  checkNotProxy();
+  query_ = std::move(query);
+}
+
+IEnumerationLiteral* View::getDefaultKind() const { return package()->getLiteral(TableKind::VIEW); }
+
+void const* View::getValue(IProperty const& property, unsigned int* length) const {
+  switch (property.getPropertyId()) {
+    case kQueryPropertyId: return support::valueOrNull(query_);
+    case kViewKindPropertyId: return Table::getValue(*package()->getTable_KindIProperty(), length);
+    default: return Table::getValue(property, length);
+  }
+}
+
+void View::setValue(IProperty const& property, void* value, unsigned int length) {
+  switch (property.getPropertyId()) {
+    case kQueryPropertyId: support::assignOptional(query_, value); return;
+    case kViewKindPropertyId: Table::setValue(*package()->getTable_KindIProperty(), value, length); return;
+    default: Table::setValue(property, value, length); return;
+  }
+}
+
+}  // namespace com::example::catalog

@@ -1,0 +1,31 @@
+// A view: a table defined by a query. It redefines Table.kind with the default VIEW;
+// both properties read and write the one kind value.
+#pragma once
+
+#include <optional>
+
+#include "examples/catalog/Table.h"
+
+namespace com::example::catalog {
+
+class QVX_CATALOG_API View : public Table {
+ public:
+  static constexpr int kQueryPropertyId = 10;
+  static constexpr int kViewKindPropertyId = 11;
+
+  View();
+  ~View() override;
+
+  std::optional<IUString> const& getQuery() const;
+  void setQuery(std::optional<IUString> query);
+
+ protected:
+  IEnumerationLiteral* getDefaultKind() const override;
+  void const* getValue(IProperty const& property, unsigned int* length) const override;
+  void setValue(IProperty const& property, void* value, unsigned int length) override;
+
+ private:
+  std::optional<IUString> query_;
+};
+
+}  // namespace com::example::catalog
