@@ -13,6 +13,17 @@
 #include "icore/exception/IllegalArgumentException.h"
 #include "icore/internal/IObjectInternal.h"
 #include "icore/internal/IdentityManager.h"
+#include "icore/primitives/IBlob.h"
+#include "icore/primitives/IBoolean.h"
+#include "icore/primitives/IByte.h"
+#include "icore/primitives/ICharacter.h"
+#include "icore/primitives/IDate.h"
+#include "icore/primitives/IDouble.h"
+#include "icore/primitives/IFloat.h"
+#include "icore/primitives/IInteger.h"
+#include "icore/primitives/ILong.h"
+#include "icore/primitives/IShort.h"
+#include "icore/primitives/IString.h"
 #include "icore/runtime/PackageRegistration.h"
 #include "icore/runtime/SeedRegistry.h"
 #include "io/ResourceResolver.h"
@@ -194,23 +205,6 @@ ISTATUS QVXRuntime::registerExternalModule(IUString const& libraryName, IUString
   }
   return ISTATUS_SUCCESS;
 }
-
-}  // namespace com::veltrana::qvx::icore
-
-// The one-line factories for boxed primitives; their headers are needed only here.
-#include "icore/primitives/IBlob.h"
-#include "icore/primitives/IBoolean.h"
-#include "icore/primitives/IByte.h"
-#include "icore/primitives/ICharacter.h"
-#include "icore/primitives/IDate.h"
-#include "icore/primitives/IDouble.h"
-#include "icore/primitives/IFloat.h"
-#include "icore/primitives/IInteger.h"
-#include "icore/primitives/ILong.h"
-#include "icore/primitives/IShort.h"
-#include "icore/primitives/IString.h"
-
-namespace com::veltrana::qvx::icore {
 
 namespace {
 template <typename Boxed, typename Value>

@@ -91,7 +91,7 @@ class QVX_API QVXRuntime {
   IEncryptionProvider* getEncryptionProvider() const;
   IBOOLEAN isEncryptionProviderRegistered() const;
 
-  // Boxed primitives; the caller owns each result.
+  // Boxed primitives; the caller owns each result. createIDate takes ownership of `value`.
   primitives::IBlob* createIBlob(char const* bytes, std::uint32_t length) const;
   primitives::IBoolean* createIBoolean(IBOOLEAN value) const;
   primitives::ICharacter* createICharacter(std::uint16_t value) const;
