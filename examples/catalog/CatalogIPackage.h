@@ -17,7 +17,6 @@ namespace com::example::catalog {
 using com::veltrana::qvx::icore::IClass;
 using com::veltrana::qvx::icore::IEnumeration;
 using com::veltrana::qvx::icore::IEnumerationLiteral;
-using com::veltrana::qvx::icore::IFactory;
 using com::veltrana::qvx::icore::IPackage;
 using com::veltrana::qvx::icore::IProperty;
 
@@ -33,9 +32,6 @@ class QVX_CATALOG_API CatalogIPackage : public IPackage {
   static CatalogIPackage* iGetInstance();
   static IUString const& getIName();
   static IUString const& getIPrefix();
-
-  IFactory* getFactory() override;
-  IFactory const* getFactory() const override;
 
   IClass* getNamedElementIClass() const { return classes_[0]; }
   IClass* getCatalogIClass() const { return classes_[1]; }
@@ -103,9 +99,6 @@ class QVX_CATALOG_API CatalogIPackage : public IPackage {
   ~CatalogIPackage() override;
   static CatalogIPackage* init();
 
-  void addSuperTypesToClasses();
-  void initClasses();
-  void initEnums();
   IProperty* declaredProperty(int classIndex, int position) const;
   IEnumerationLiteral* literal(int enumerationIndex, int ordinal) const;
 

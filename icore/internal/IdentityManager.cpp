@@ -1,8 +1,6 @@
 // The externalizer table and the qualified string form of identities.
 #include "icore/internal/IdentityManager.h"
 
-#include <atomic>
-
 #include "icore/IIdentity.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IdentityException.h"
@@ -22,27 +20,11 @@ namespace {
 
 constexpr std::size_t kInitialBucketCount = 11;
 
-std::atomic<IdentityManager*> instance{nullptr};
-
-WkMutex& creationLock() {
-  static WkMutex* const lock = new WkMutex();  // never destroyed: usable until exit
-  return *lock;
-}
-
 }  // namespace
 
 IdentityManager* IdentityManager::getInstance() {
-  IdentityManager* current = instance.load(std::memory_order_acquire);
-  if (current != nullptr) {
-    return current;
-  }
-  WkMutexGuard guard(creationLock());
-  current = instance.load(std::memory_order_relaxed);
-  if (current == nullptr) {
-    current = new IdentityManager();
-    instance.store(current, std::memory_order_release);
-  }
-  return current;
+  static auto* const instance = new IdentityManager();  // never destroyed: usable until exit
+  return instance;
 }
 
 IdentityManager::IdentityManager() : externalizers_(kInitialBucketCount) {

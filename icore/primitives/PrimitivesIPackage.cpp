@@ -1,55 +1,68 @@
 #include "icore/primitives/PrimitivesIPackage.h"
 
-#include <atomic>
-#include <mutex>
+#include <iterator>
 
 #include "icore/IClass.h"
 #include "icore/IClassKind.h"
 #include "icore/ICoreDatatypes.h"
-#include "icore/IDatatype.h"
-#include "icore/IProperty.h"
-#include "icore/IRedefinability.h"
 #include "icore/IReferenceScope.h"
 #include "icore/IcoreIPackage.h"
 #include "icore/QVXRuntime.h"
 #include "icore/primitives/PrimitivesIFactory.h"
 #include "platform/QvxAssert.h"
-#include "platform/WkMutex.h"
 
 namespace com::veltrana::qvx::icore::primitives {
 
 namespace {
 
-struct ClassRow {
-  const char* name;
-  IDatatype* const* valueType;  // read once the core package has made the data types
-  const char* defaultLiteral;
+using internal::ClassRow;
+using internal::kNoType;
+using internal::PropertyRow;
+using P = PrimitivesIPackage;
+using D = ICoreDatatypes;
+
+// A boxed primitive is a value without identity: VALUE_CLASS, reference scope NONE (so
+// not identifiable, and no proxies). Final, since nothing specialises a value.
+constexpr IClassKind const* kVALUE = &IClassKind::VALUE_CLASS;
+constexpr IReferenceScope const* kNONE = &IReferenceScope::NONE;
+
+const ClassRow kClasses[] = {
+    {P::kIBlobClassId, "IBlob", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIBooleanClassId, "IBoolean", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIByteClassId, "IByte", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kICharacterClassId, "ICharacter", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIDateClassId, "IDate", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIDoubleClassId, "IDouble", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIFloatClassId, "IFloat", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIIntegerClassId, "IInteger", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kILongClassId, "ILong", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIShortClassId, "IShort", kNoType, false, true, false, kVALUE, kNONE},
+    {P::kIStringClassId, "IString", kNoType, false, true, false, kVALUE, kNONE},
 };
 
-// In class-id order. IByte's default is the boolean literal "false". That is deliberate:
-// the literal is part of the package's published metadata, so it is not "corrected".
-const ClassRow kClasses[PrimitivesIPackage::kClassCount] = {
-    {"IBlob", &ICoreDatatypes::I_BLOB, ""},
-    {"IBoolean", &ICoreDatatypes::I_BOOLEAN, "false"},
-    {"IByte", &ICoreDatatypes::I_BYTE, "false"},
-    {"ICharacter", &ICoreDatatypes::I_CHARACTER, ""},
-    {"IDate", &ICoreDatatypes::I_DATE, "01/01/1970:00:00:00.000"},
-    {"IDouble", &ICoreDatatypes::I_DOUBLE, "0.0"},
-    {"IFloat", &ICoreDatatypes::I_FLOAT, "0.0"},
-    {"IInteger", &ICoreDatatypes::I_INTEGER, "0"},
-    {"ILong", &ICoreDatatypes::I_LONG, "0"},
-    {"IShort", &ICoreDatatypes::I_SHORT, "0"},
-    {"IString", &ICoreDatatypes::I_STRING, ""},
+// Each class's one property "value" (id 0), single-valued and of the matching core data
+// type. IByte's default is the boolean literal "false". That is deliberate: the literal
+// is part of the package's published metadata, so it is not "corrected".
+const PropertyRow kProperties[] = {
+    {P::kIBlobClassId, 0, "value", D::BLOB_TYPE_ID, 1, 1, 0, kNoType, 0, nullptr, kNONE, nullptr, nullptr, nullptr},
+    {P::kIBooleanClassId, 0, "value", D::BOOLEAN_TYPE_ID, 1, 1, 0, kNoType, 0, "false", kNONE, nullptr, nullptr, nullptr},
+    {P::kIByteClassId, 0, "value", D::BYTE_TYPE_ID, 1, 1, 0, kNoType, 0, "false", kNONE, nullptr, nullptr, nullptr},
+    {P::kICharacterClassId, 0, "value", D::CHARACTER_TYPE_ID, 1, 1, 0, kNoType, 0, nullptr, kNONE, nullptr, nullptr, nullptr},
+    {P::kIDateClassId, 0, "value", D::DATE_TYPE_ID, 1, 1, 0, kNoType, 0, "01/01/1970:00:00:00.000", kNONE, nullptr, nullptr, nullptr},
+    {P::kIDoubleClassId, 0, "value", D::DOUBLE_TYPE_ID, 1, 1, 0, kNoType, 0, "0.0", kNONE, nullptr, nullptr, nullptr},
+    {P::kIFloatClassId, 0, "value", D::FLOAT_TYPE_ID, 1, 1, 0, kNoType, 0, "0.0", kNONE, nullptr, nullptr, nullptr},
+    {P::kIIntegerClassId, 0, "value", D::INTEGER_TYPE_ID, 1, 1, 0, kNoType, 0, "0", kNONE, nullptr, nullptr, nullptr},
+    {P::kILongClassId, 0, "value", D::LONG_TYPE_ID, 1, 1, 0, kNoType, 0, "0", kNONE, nullptr, nullptr, nullptr},
+    {P::kIShortClassId, 0, "value", D::SHORT_TYPE_ID, 1, 1, 0, kNoType, 0, "0", kNONE, nullptr, nullptr, nullptr},
+    {P::kIStringClassId, 0, "value", D::STRING_TYPE_ID, 1, 1, 0, kNoType, 0, nullptr, kNONE, nullptr, nullptr, nullptr},
 };
 
-constexpr int kValuePropertyId = 0;
+const internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties, std::size(kProperties),
+                                         nullptr, 0};
 
-std::atomic<PrimitivesIPackage*> gInstance{nullptr};
-bool gInitialising = false;
-
-WkMutex& initLock() {
-  static WkMutex* lock = new WkMutex();  // lives for the process
-  return *lock;
+internal::PackageInstance<PrimitivesIPackage>& instance() {
+  static auto* holder = new internal::PackageInstance<PrimitivesIPackage>();  // lives for the process
+  return *holder;
 }
 
 }  // namespace
@@ -58,24 +71,15 @@ PrimitivesIPackage::PrimitivesIPackage() = default;
 
 PrimitivesIPackage::~PrimitivesIPackage() = default;
 
-PrimitivesIPackage* PrimitivesIPackage::iGetInstance() {
-  if (PrimitivesIPackage* built = gInstance.load(std::memory_order_acquire)) return built;
-  return init();
-}
+PrimitivesIPackage* PrimitivesIPackage::iGetInstance() { return instance().get(&PrimitivesIPackage::init); }
 
 PrimitivesIPackage* PrimitivesIPackage::init() {
-  std::lock_guard<WkMutex> guard(initLock());
-  if (PrimitivesIPackage* built = gInstance.load(std::memory_order_acquire)) return built;
-  if (gInitialising) return nullptr;  // asked again by the thread that is building it
   // The value properties are typed by the core data types, which the core package makes.
   IcoreIPackage::iGetInstance();
   QVX_ASSERT(ICoreDatatypes::I_STRING != nullptr);
-  gInitialising = true;
   auto* package = new PrimitivesIPackage();  // lives for the process
   package->createPackageContents();
   package->initializePackageContents();
-  gInstance.store(package, std::memory_order_release);
-  gInitialising = false;
   return package;
 }
 
@@ -95,10 +99,8 @@ IClass* PrimitivesIPackage::getPrimitiveIClass(int classId) const {
 }
 
 void PrimitivesIPackage::createPackageContents() {
-  for (int classId = 0; classId < kClassCount; ++classId) {
-    classes_[classId] = createIClass(classId);
-    createIProperty(classes_[classId], kValuePropertyId);
-  }
+  createContents(kTables);
+  for (int classId = 0; classId < kClassCount; ++classId) classes_[classId] = classById(classId);
 }
 
 void PrimitivesIPackage::initializePackageContents() {
@@ -107,16 +109,7 @@ void PrimitivesIPackage::initializePackageContents() {
   setVersion(IUString("1.0.0"));
   setComment(IUString());
   QVXRuntime::getInstance()->registerPackage(this);
-  // A boxed primitive is a value without identity: VALUE_CLASS, reference scope NONE
-  // (so not identifiable, and no proxies). Final, since nothing specialises a value.
-  for (int classId = 0; classId < kClassCount; ++classId) {
-    const ClassRow& row = kClasses[classId];
-    IClass* target = classes_[classId];
-    initIClass(target, row.name, IFALSE, IClassKind::VALUE_CLASS, IReferenceScope::NONE, ITRUE, IFALSE, IUString());
-    initIProperty(target->getDeclaredProperties()[0], *row.valueType, "value", row.defaultLiteral, 1, 1, nullptr,
-                  IFALSE, IFALSE, IFALSE, IFALSE, IFALSE, IFALSE, IUString(), IRedefinability::FINAL_PROPERTY,
-                  IReferenceScope::NONE, IUString(), IFALSE);
-  }
+  initializeContents(kTables);
   PrimitivesIFactory* factory = PrimitivesIFactory::iGetInstance();
   setFactory(factory);
   factory->setPackage(this);

@@ -8,7 +8,6 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -16,7 +15,6 @@
 
 #include "icore/runtime/UUIIdentity.h"
 #include "platform/QvxAssert.h"
-#include "platform/WkMutex.h"
 
 namespace com::veltrana::qvx::icore::runtime {
 
@@ -59,13 +57,6 @@ namespace {
 constexpr unsigned kClockSequenceMask = 0x3FFF;
 constexpr unsigned char kVariantRfc4122 = 0x80;
 constexpr unsigned char kMulticastBit = 0x01;
-
-std::atomic<UUIDExternalizer*> instance{nullptr};
-
-WkMutex& creationLock() {
-  static WkMutex* const lock = new WkMutex();  // never destroyed: usable until exit
-  return *lock;
-}
 
 // Fills `out` from the kernel's random source. Only system calls, because it also runs
 // in a fork handler. The last resort, for a kernel without either source, mixes the
@@ -218,36 +209,24 @@ void UUIDExternalizer::Generator::drawNodeAndClockSequence() {
 }
 
 UUIDExternalizer* UUIDExternalizer::getInstance() {
-  UUIDExternalizer* current = instance.load(std::memory_order_acquire);
-  if (current != nullptr) {
-    return current;
-  }
-  WkMutexGuard guard(creationLock());
-  current = instance.load(std::memory_order_relaxed);
-  if (current == nullptr) {
-    current = new UUIDExternalizer();
-    instance.store(current, std::memory_order_release);
-    pthread_atfork(
-        [] {
-          if (UUIDExternalizer* externalizer = instance.load(std::memory_order_acquire)) {
-            externalizer->generator_->mutex.lock();
-          }
-        },
-        [] {
-          if (UUIDExternalizer* externalizer = instance.load(std::memory_order_acquire)) {
-            externalizer->generator_->mutex.unlock();
-          }
-        },
-        &UUIDExternalizer::drawNewNodeInForkedChild);
-  }
-  return current;
+  static auto* const instance = create();  // never destroyed: usable until exit
+  return instance;
+}
+
+UUIDExternalizer* UUIDExternalizer::create() {
+  auto* made = new UUIDExternalizer();
+  // The prepare handler's getInstance() waits, if need be, until this function has
+  // returned, so the fork happens, and the child's handler runs, with the instance made.
+  pthread_atfork([] { getInstance()->generator_->mutex.lock(); },
+                 [] { getInstance()->generator_->mutex.unlock(); },
+                 &UUIDExternalizer::drawNewNodeInForkedChild);
+  return made;
 }
 
 void UUIDExternalizer::drawNewNodeInForkedChild() {
-  if (UUIDExternalizer* externalizer = instance.load(std::memory_order_acquire)) {
-    externalizer->generator_->drawNodeAndClockSequence();
-    externalizer->generator_->mutex.unlock();
-  }
+  Generator& generator = *getInstance()->generator_;
+  generator.drawNodeAndClockSequence();
+  generator.mutex.unlock();
 }
 
 UUIDExternalizer::UUIDExternalizer() : externalizerId_("uuidV1"), generator_(std::make_unique<Generator>()) {

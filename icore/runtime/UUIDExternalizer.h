@@ -42,6 +42,9 @@ class QVX_API UUIDExternalizer : public IdentityExternalizer {
 
   UUIDExternalizer();
   ~UUIDExternalizer() override;
+  // Makes the instance and registers the fork handlers that keep forked children from
+  // repeating their parent's UUIDs.
+  static UUIDExternalizer* create();
   static void drawNewNodeInForkedChild();
 
   const IUString externalizerId_;

@@ -35,7 +35,7 @@ class QVX_API UUIIdentity : public IIdentity {
   IBOOLEAN operator==(IIdentity const& other) const override;
   IdentityExternalizer* getIdentityExternalizer() const override;
 
-  // The canonical text, as the UUID library writes it.
+  // The canonical text: 36 characters, lowercase, exactly as the UUID library writes it.
   IUString getCanonicalText() const;
   // Writes the kByteCount bytes of the UUID, in RFC 4122 order, to `out`.
   void getBytes(unsigned char* out) const;
