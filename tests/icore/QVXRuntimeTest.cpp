@@ -1,244 +1,133 @@
-// The runtime registry: package registration by qualified name, null-object answers,
-// generated identities and the registered encryption provider. The loading of a
-// provider named by the environment runs in processes of its own
-// (RuntimeEnvironmentTest.cpp), since the runtime reads that variable once.
+// The runtime registry: package registration and its failures, deregistration,
+// assigned identities and the registered encryption provider. Loading the provider that
+// the environment names is tested in RuntimeEnvironmentTest.cpp, a process per case.
 #include "icore/QVXRuntime.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
 #include "icore/IEncryptionProvider.h"
 #include "icore/IIdentity.h"
-#include "icore/IPackage.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IdentityException.h"
 #include "icore/exception/IllegalArgumentException.h"
-#include "icore/internal/IObjectInternal.h"
-#include "icore/runtime/UUIIdentity.h"
-#include "tests/support/TestPackageLoader.h"
+#include "tests/support/TestPackageAccess.h"
+#include "tests/support/ThrownMessage.h"
 
 namespace {
 
-using com::veltrana::qvx::icore::IEncryptionProvider;
-using com::veltrana::qvx::icore::IIdentity;
-using com::veltrana::qvx::icore::IObject;
-using com::veltrana::qvx::icore::IObjectInfo;
-using com::veltrana::qvx::icore::IPackage;
-using com::veltrana::qvx::icore::IProperty;
-using com::veltrana::qvx::icore::QVXRuntime;
-using com::veltrana::qvx::icore::qvxFormatMsg;
-using com::veltrana::qvx::icore::qvxGetMsg;
-using com::veltrana::qvx::icore::exception::IdentityException;
-using com::veltrana::qvx::icore::exception::IllegalArgumentException;
-using com::veltrana::qvx::icore::runtime::UUIIdentity;
+using namespace com::veltrana::qvx::icore;  // NOLINT: test file
+using exception::IdentityException;
+using exception::IllegalArgumentException;
+using qvx_test::messageOf;
 
-// A package that is never built from tables, only named. Registered packages stay
-// listed by the runtime for the life of the process, so tests leave them alive. The
-// name gets a number that is new in the process, so that tests can be repeated.
-IPackage* namedPackage(const char* prefix, const char* name) {
+QVXRuntime* theRuntime() { return QVXRuntime::getInstance(); }
+
+// A package that is only named, never built. Registered packages stay listed for the
+// life of the process, so they are left alive; each name is new in the process.
+IPackage* namedPackage(const char* name) {
   static int made = 0;
   auto* package = new IPackage();
-  package->setNsPrefix(prefix);
+  package->setNsPrefix("com.example.runtime");
   package->setName(IUString::format("%s%d", name, ++made));
   return package;
 }
 
-// A second package under the same qualified name as `package`.
-IPackage* namesake(IPackage const& package) {
-  auto* twin = new IPackage();
-  twin->setNsPrefix(package.getNsPrefix());
-  twin->setName(package.getName());
-  return twin;
+long timesListed(IPackage* package) {
+  const IVector<IPackage*> listed = theRuntime()->getAllIPackages();
+  return std::count(listed.begin(), listed.end(), package);
 }
 
-std::size_t timesListed(IPackage* package) {
-  std::size_t count = 0;
-  for (IPackage* listed : QVXRuntime::getInstance()->getAllIPackages()) count += listed == package ? 1 : 0;
-  return count;
+TEST(QVXRuntimeTest, ReportsItsVersionAndAnswersNullForNoObject) {
+  EXPECT_EQ(theRuntime()->getQVXVersion(), IUString("9.5.0"));
+  EXPECT_EQ(theRuntime()->getIClass(nullptr), nullptr);
+  EXPECT_EQ(theRuntime()->getIObjectInfo(nullptr), nullptr);
+  EXPECT_EQ(theRuntime()->assignUUID(nullptr), nullptr);
 }
 
-TEST(QVXRuntimeTest, ReportsItsVersionAndIsOneInstance) {
-  EXPECT_EQ(QVXRuntime::getInstance()->getQVXVersion(), IUString("9.5.0"));
-  EXPECT_EQ(QVXRuntime::getInstance(), QVXRuntime::getInstance());
+TEST(QVXRuntimeTest, FailuresThrowTheirCatalogMessage) {
+  IPackage* first = namedPackage("clash");
+  theRuntime()->registerPackage(first);
+  auto namesake = std::make_unique<IPackage>();
+  namesake->setNsPrefix(first->getNsPrefix());
+  namesake->setName(first->getName());
+  std::unique_ptr<IObject> note(shapes_test::make("Note"));  // a class without identities
+  EXPECT_EQ(messageOf<IllegalArgumentException>([&namesake] { theRuntime()->registerPackage(namesake.get()); }),
+            qvxFormatMsg(73007, first->getQualifiedName()));
+  EXPECT_EQ(messageOf<IllegalArgumentException>([] { theRuntime()->registerPackage(nullptr); }), qvxGetMsg(73009));
+  EXPECT_EQ(messageOf<IdentityException>([&note] { theRuntime()->assignUUID(note.get()); }),
+            qvxFormatMsg(73008, IUString("Note")));
+  // The package that came first keeps the name.
+  EXPECT_EQ(theRuntime()->getIPackageForName(first->getQualifiedName()), first);
+  EXPECT_EQ(timesListed(namesake.get()), 0);
 }
 
-TEST(QVXRuntimeTest, NullObjectGetsNullAnswersWithoutThrowing) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  const QVXRuntime* constRuntime = runtime;
-  EXPECT_EQ(runtime->getIClass(nullptr), nullptr);
-  EXPECT_EQ(constRuntime->getIObjectInfo(static_cast<IObject const*>(nullptr)), nullptr);
-  EXPECT_EQ(runtime->getIObjectInfo(static_cast<IObject*>(nullptr)), nullptr);
-  EXPECT_EQ(runtime->assignUUID(nullptr), nullptr);
-}
-
-TEST(QVXRuntimeTest, RegisteringTheSamePackageTwiceKeepsOneEntry) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  IPackage* package = namedPackage("com.example.runtime", "twice");
+TEST(QVXRuntimeTest, RegistrationIsByExactQualifiedNameAndDeregistrationFreesIt) {
+  IPackage* package = namedPackage("leaving");
+  IPackage* later = namedPackage("later");
   const IUString name = package->getQualifiedName();
-  EXPECT_EQ(runtime->isPackageRegistered(name), IFALSE);
+  EXPECT_EQ(theRuntime()->isPackageRegistered(name), IFALSE);
+  theRuntime()->registerPackage(package);
+  theRuntime()->registerPackage(package);  // the same package again changes nothing
+  theRuntime()->registerPackage(later);
+  EXPECT_EQ(theRuntime()->getIPackageForName(name), package);
+  EXPECT_EQ(theRuntime()->getIPackageForName(package->getName()), nullptr);
+  EXPECT_EQ(timesListed(package), 1);
+  const IVector<IPackage*> listed = theRuntime()->getAllIPackages();
+  EXPECT_LT(listed.indexOf(package), listed.indexOf(later));
 
-  runtime->registerPackage(package);
-  runtime->registerPackage(package);
-
-  EXPECT_EQ(runtime->getIPackageForName(name), package);
-  EXPECT_EQ(runtime->isPackageRegistered(name), ITRUE);
-  EXPECT_EQ(timesListed(package), 1u);
-  // Names are compared exactly.
-  IUString otherCase = name;
-  otherCase.replaceAll("twice", "Twice");
-  EXPECT_EQ(runtime->getIPackageForName(otherCase), nullptr);
-  EXPECT_EQ(runtime->getIPackageForName(package->getName()), nullptr);
+  // Deregistered, it is no longer found but stays listed, and its name is free again.
+  EXPECT_EQ(theRuntime()->deregisterPackage(package), ITRUE);
+  EXPECT_EQ(theRuntime()->deregisterPackage(package), IFALSE);
+  EXPECT_EQ(theRuntime()->isPackageRegistered(name), IFALSE);
+  EXPECT_EQ(theRuntime()->getIPackageForName(name), nullptr);
+  EXPECT_EQ(timesListed(package), 1);
+  theRuntime()->registerPackage(package);
+  EXPECT_EQ(theRuntime()->getIPackageForName(name), package);
+  EXPECT_EQ(timesListed(package), 2);
 }
 
-TEST(QVXRuntimeTest, SecondPackageWithEqualNameThrows73007AndFirstStays) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  IPackage* first = namedPackage("com.example.runtime", "clash");
-  std::unique_ptr<IPackage> second(namesake(*first));
-  runtime->registerPackage(first);
-
-  try {
-    runtime->registerPackage(second.get());
-    FAIL() << "a second package under a taken name was accepted";
-  } catch (IllegalArgumentException& error) {
-    EXPECT_EQ(error.getMessage(), qvxFormatMsg(73007, first->getQualifiedName()));
-  }
-  EXPECT_EQ(runtime->getIPackageForName(first->getQualifiedName()), first);
-  EXPECT_EQ(timesListed(second.get()), 0u);
-}
-
-TEST(QVXRuntimeTest, NullPackageThrows73009) {
-  try {
-    QVXRuntime::getInstance()->registerPackage(nullptr);
-    FAIL() << "a null package was accepted";
-  } catch (IllegalArgumentException& error) {
-    EXPECT_EQ(error.getMessage(), qvxGetMsg(73009));
-  }
-}
-
-TEST(QVXRuntimeTest, DeregisteredPackageIsNotFoundButStaysListed) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  IPackage* package = namedPackage("com.example.runtime", "leaving");
-  const IUString name = package->getQualifiedName();
-  runtime->registerPackage(package);
-
-  EXPECT_EQ(runtime->deregisterPackage(package), ITRUE);
-  EXPECT_EQ(runtime->isPackageRegistered(name), IFALSE);
-  EXPECT_EQ(runtime->getIPackageForName(name), nullptr);
-  EXPECT_EQ(timesListed(package), 1u);
-  EXPECT_EQ(runtime->deregisterPackage(package), IFALSE);
-
-  // The name is free again, for this package or another one.
-  runtime->registerPackage(package);
-  EXPECT_EQ(runtime->getIPackageForName(name), package);
-  EXPECT_EQ(timesListed(package), 2u);
-
-  std::unique_ptr<IPackage> unknown(namedPackage("com.example.runtime", "neverRegistered"));
-  EXPECT_EQ(runtime->deregisterPackage(unknown.get()), IFALSE);
-}
-
-TEST(QVXRuntimeTest, AllPackagesAreListedInRegistrationOrder) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  IPackage* earlier = namedPackage("com.example.runtime.order", "a");
-  IPackage* later = namedPackage("com.example.runtime.order", "b");
-  runtime->registerPackage(later);
-  runtime->registerPackage(earlier);
-
-  const IVector<IPackage*> listed = runtime->getAllIPackages();
-  const long laterAt = listed.indexOf(later);
-  const long earlierAt = listed.indexOf(earlier);
-  ASSERT_GE(laterAt, 0);
-  ASSERT_GE(earlierAt, 0);
-  EXPECT_LT(laterAt, earlierAt);
-  // The list is a copy: changing it leaves the runtime's list alone.
-  IVector<IPackage*> copy = runtime->getAllIPackages();
-  copy.clear();
-  EXPECT_EQ(runtime->getAllIPackages().size(), listed.size());
-}
-
-TEST(QVXRuntimeTest, AssignUUIDOnNonIdentifiableClassThrows73008) {
-  std::unique_ptr<IObject> note(shapes_test::shapesClass("Note")->create());
-  try {
-    QVXRuntime::getInstance()->assignUUID(note.get());
-    FAIL() << "an object of a class without identities got one";
-  } catch (IdentityException& error) {
-    EXPECT_EQ(error.getMessage(), qvxFormatMsg(73008, IUString("Note")));
-  }
-}
-
-TEST(QVXRuntimeTest, AssignUUIDGivesTheObjectANewIdentityOnce) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  std::unique_ptr<IObject> first(shapes_test::shapesClass("Drawing")->create());
-  std::unique_ptr<IObject> second(shapes_test::shapesClass("Drawing")->create());
-  IObjectInfo* info = runtime->getIObjectInfo(first.get());
-  ASSERT_EQ(info->getIdentity(), nullptr);
-
-  IIdentity const* assigned = runtime->assignUUID(first.get());
+TEST(QVXRuntimeTest, AssignUUIDGivesANewIdentityOnce) {
+  std::unique_ptr<IObject> first(shapes_test::make("Drawing"));
+  std::unique_ptr<IObject> second(shapes_test::make("Drawing"));
+  IIdentity const* assigned = theRuntime()->assignUUID(first.get());
   ASSERT_NE(assigned, nullptr);
-  EXPECT_EQ(info->getIdentity(), assigned);
-  EXPECT_NE(dynamic_cast<UUIIdentity const*>(assigned), nullptr);
-  EXPECT_TRUE(runtime->identityToString(assigned).startsWith("uuidV1:"));
-
-  IIdentity const* other = runtime->assignUUID(second.get());
-  EXPECT_FALSE(*assigned == *other);
-
-  // An identity is set once: a second one is refused and the first stays.
-  EXPECT_THROW(runtime->assignUUID(first.get()), IdentityException);
-  EXPECT_EQ(info->getIdentity(), assigned);
+  EXPECT_EQ(theRuntime()->getIObjectInfo(first.get())->getIdentity(), assigned);
+  EXPECT_FALSE(*assigned == *theRuntime()->assignUUID(second.get()));
+  const IUString text = theRuntime()->identityToString(assigned);
+  EXPECT_TRUE(text.startsWith("uuidV1:")) << text.toUtf8();
+  EXPECT_TRUE(*std::unique_ptr<IIdentity>(theRuntime()->identityFromString(text)) == *assigned);
+  // A second identity is refused and the first stays.
+  EXPECT_THROW(theRuntime()->assignUUID(first.get()), IdentityException);
+  EXPECT_EQ(theRuntime()->getIObjectInfo(first.get())->getIdentity(), assigned);
 }
 
-TEST(QVXRuntimeTest, IdentityTextRoundTripsThroughTheRuntime) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  std::unique_ptr<IIdentity> generated(runtime->generateNewId());
-  const IUString text = runtime->identityToString(generated.get());
-  std::unique_ptr<IIdentity> read(runtime->identityFromString(text));
-  ASSERT_NE(read, nullptr);
-  EXPECT_TRUE(*read == *generated);
-  EXPECT_THROW(runtime->identityFromString("noSuchKind:abc"), IdentityException);
-}
-
-// Counts its own destruction, so a test can tell whether the runtime deleted it.
-class CountingProvider : public IEncryptionProvider {
+class PrefixingProvider : public IEncryptionProvider {
  public:
-  explicit CountingProvider(int* destroyed) : destroyed_(destroyed) {}
-  ~CountingProvider() override { ++*destroyed_; }
   IUString encrypt(IUString value, IProperty const*, IObject const*) override { return IUString("enc:") + value; }
   IUString decrypt(IUString value, IProperty const*, IObject const*) override { return value.substr(4); }
-
- private:
-  int* destroyed_;
 };
 
-TEST(QVXRuntimeTest, RegisteredProviderIsReplacedWithoutDeletionAndNullClearsIt) {
-  // No provider library may be named here: with none registered, the lookup below
-  // would otherwise load one.
-  unsetenv("QVX_ENCRYPTION_PROVIDER_LIBRARY");
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  IEncryptionProvider* before = runtime->isEncryptionProviderRegistered() ? runtime->getEncryptionProvider() : nullptr;
+TEST(QVXRuntimeTest, ProviderIsReplacedWithoutDeletionAndNullClearsIt) {
+  unsetenv("QVX_ENCRYPTION_PROVIDER_LIBRARY");  // else a lookup with none registered could load one
+  IEncryptionProvider* before =
+      theRuntime()->isEncryptionProviderRegistered() ? theRuntime()->getEncryptionProvider() : nullptr;
+  // On the stack: a deletion by the runtime would crash the test.
+  PrefixingProvider first;
+  PrefixingProvider second;
+  theRuntime()->registerEncryptionProvider(&first);
+  theRuntime()->registerEncryptionProvider(&second);
+  EXPECT_EQ(theRuntime()->getEncryptionProvider(), &second);
+  internal::IObjectInternal plain;
+  EXPECT_EQ(plain.encrypt("abc", nullptr, &plain), IUString("enc:abc"));  // objects use the registered one
 
-  int destroyed = 0;
-  auto first = std::make_unique<CountingProvider>(&destroyed);
-  auto second = std::make_unique<CountingProvider>(&destroyed);
-  runtime->registerEncryptionProvider(first.get());
-  EXPECT_EQ(runtime->getEncryptionProvider(), first.get());
-  EXPECT_EQ(runtime->isEncryptionProviderRegistered(), ITRUE);
-
-  runtime->registerEncryptionProvider(second.get());
-  EXPECT_EQ(runtime->getEncryptionProvider(), second.get());
-  EXPECT_EQ(destroyed, 0);
-
-  // The registered provider is the one objects encrypt with.
-  com::veltrana::qvx::icore::internal::IObjectInternal plain;
-  EXPECT_EQ(plain.encrypt("abc", nullptr, &plain), IUString("enc:abc"));
-
-  runtime->registerEncryptionProvider(nullptr);
-  EXPECT_EQ(runtime->isEncryptionProviderRegistered(), IFALSE);
-  EXPECT_EQ(runtime->getEncryptionProvider(), nullptr);
-  EXPECT_EQ(destroyed, 0);
-
-  // The runtime held these without owning them for the test; put back what was there.
-  runtime->registerEncryptionProvider(before);
+  theRuntime()->registerEncryptionProvider(nullptr);
+  EXPECT_EQ(theRuntime()->isEncryptionProviderRegistered(), IFALSE);
+  EXPECT_EQ(theRuntime()->getEncryptionProvider(), nullptr);
+  theRuntime()->registerEncryptionProvider(before);
 }
 
 }  // namespace

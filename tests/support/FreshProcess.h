@@ -1,8 +1,7 @@
 // Runs part of a test in a process of its own, started afresh, for behaviour that
-// happens once per process: the first use of the singletons, the provider library
-// named by the environment. GoogleTest re-executes the test program for the one test
-// (the "threadsafe" death-test style) and runs the body there; the body records failed
-// checks, which are printed with the child's output when the test fails.
+// happens once per process: first use of the singletons, the provider library named by
+// the environment. GoogleTest re-executes the test program for the one test (the
+// "threadsafe" death-test style); failed checks are printed with the child's output.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +19,6 @@ class FreshProcessChecks {
   // Reports the failures and ends the process, with status 0 when there were none.
   [[noreturn]] void finish() {
     std::fputs(failures_.c_str(), stderr);
-    std::fflush(stderr);
     std::exit(failures_.empty() ? 0 : 1);
   }
 
@@ -28,15 +26,9 @@ class FreshProcessChecks {
   std::string failures_;
 };
 
-// Call it first in a test: everything before it also runs in the child process.
+// Everything in the test before this call also runs in the child process.
 template <typename Body>
 void runInFreshProcess(Body body) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(
-      {
-        FreshProcessChecks checks;
-        body(checks);
-        checks.finish();
-      },
-      ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT({ FreshProcessChecks checks; body(checks); checks.finish(); }, ::testing::ExitedWithCode(0), "");
 }

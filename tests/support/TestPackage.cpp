@@ -1,266 +1,148 @@
 // The package and factory of the test package "com.example.test.shapes", built from
-// tables in the manner of generated package code.
+// constant tables like generated package code (see TestPackage.h for the model).
 #include "tests/support/TestPackage.h"
 
-#include <atomic>
 #include <iterator>
-#include <mutex>
 
 #include "icore/IClass.h"
 #include "icore/IClassKind.h"
 #include "icore/ICoreDatatypes.h"
-#include "icore/IDatatype.h"
-#include "icore/IEnumeration.h"
-#include "icore/IEnumerationLiteral.h"
-#include "icore/IIdentity.h"
-#include "icore/IProperty.h"
-#include "icore/IRedefinability.h"
 #include "icore/IReferenceScope.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/QVXRuntime.h"
 #include "icore/exception/IllegalArgumentException.h"
-#include "platform/QvxAssert.h"
+#include "icore/exception/InstantiationException.h"
 
 namespace com::example::test::shapes {
 
-using icore::IClass;
-using icore::IClassKind;
-using icore::IProperty;
+using icore::ICoreDatatypes;
 using icore::IReferenceScope;
-using icore::exception::IllegalArgumentException;
+using icore::internal::kNoType;
+using icore::internal::PropertyRow;
 
 namespace {
 
-enum ClassIndex { kStencil, kShape, kCircle, kNote, kDrawing, kClassCount, kNone = -1 };
-constexpr int kLineStyleTypeId = kClassCount;
+enum TypeId { kStencil, kShape, kCircle, kNote, kDrawing, kLineStyle };
 
-struct ClassRow {
-  const char* name;
-  int superClass;
-  bool isAbstract;
-  bool isSeeded;
-  IClassKind const* kind;
-  IReferenceScope const* scope;
+constexpr IReferenceScope const* kNONE = &IReferenceScope::NONE;
+constexpr IReferenceScope const* kINTERNAL = &IReferenceScope::INTERNAL;
+constexpr IReferenceScope const* kEXTERNAL = &IReferenceScope::EXTERNAL;
+constexpr IReferenceScope const* kDEFERRED = &IReferenceScope::DEFERRED;
+constexpr unsigned kContained = icore::internal::kContainment | icore::internal::kOrdered;
+constexpr unsigned kContainer = icore::internal::kContainer;
+
+constexpr icore::internal::ClassRow kClasses[] = {
+    {kStencil, "Stencil", kNoType, false, false, true, &icore::IClassKind::FIRST_CLASS, kEXTERNAL},
+    {kShape, "Shape", kNoType, false, false, true, &icore::IClassKind::SECOND_CLASS, kEXTERNAL},
+    {kCircle, "Circle", kShape, false, false, true, &icore::IClassKind::SECOND_CLASS, kEXTERNAL},
+    {kNote, "Note", kNoType, false, true, false, &icore::IClassKind::VALUE_CLASS, kINTERNAL},
+    {kDrawing, "Drawing", kNoType, false, false, false, &icore::IClassKind::FIRST_CLASS, kEXTERNAL},
 };
 
-const ClassRow kClasses[kClassCount] = {
-    {"Stencil", kNone, false, true, &IClassKind::FIRST_CLASS, &IReferenceScope::EXTERNAL},
-    {"Shape", kNone, false, true, &IClassKind::SECOND_CLASS, &IReferenceScope::EXTERNAL},
-    {"Circle", kShape, false, true, &IClassKind::SECOND_CLASS, &IReferenceScope::EXTERNAL},
-    {"Note", kNone, false, false, &IClassKind::SECOND_CLASS, &IReferenceScope::INTERNAL},
-    {"Drawing", kNone, false, false, &IClassKind::FIRST_CLASS, &IReferenceScope::EXTERNAL},
-};
-
-enum class TypeKind { kClass, kLineStyle, kBoolean, kInteger, kString };
-
-struct PropertyRow {
-  int owner;
-  int id;
-  const char* name;
-  TypeKind type;
-  int typeClass;
-  int minOccurs;
-  int maxOccurs;
-  bool containment;
-  bool container;
-  int oppositeClass;
-  const char* oppositeName;
-  IReferenceScope const* scope;
-};
-
-IReferenceScope const* const kNONE = &IReferenceScope::NONE;
-IReferenceScope const* const kINTERNAL = &IReferenceScope::INTERNAL;
-IReferenceScope const* const kDEFERRED = &IReferenceScope::DEFERRED;
-
-// In creation order: each class's declared properties in id order, classes by type id.
-const PropertyRow kProperties[] = {
-    {kStencil, 0, "name", TypeKind::kString, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kStencil, 1, "shapes", TypeKind::kClass, kShape, 0, -1, true, false, kShape, "stencil", kINTERNAL},
-    {kStencil, 2, "note", TypeKind::kClass, kNote, 0, 1, true, false, kNone, nullptr, kINTERNAL},
-    {kStencil, 3, "parts", TypeKind::kClass, kStencil, 0, -1, true, false, kNone, nullptr, kINTERNAL},
-    {kShape, 0, "name", TypeKind::kString, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kShape, 1, "sides", TypeKind::kInteger, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kShape, 2, "filled", TypeKind::kBoolean, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kShape, 3, "outline", TypeKind::kLineStyle, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kShape, 4, "stencil", TypeKind::kClass, kStencil, 0, 1, false, true, kStencil, "shapes", kINTERNAL},
-    {kCircle, 5, "radius", TypeKind::kInteger, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kNote, 0, "text", TypeKind::kString, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kDrawing, 0, "title", TypeKind::kString, kNone, 1, 1, false, false, kNone, nullptr, kNONE},
-    {kDrawing, 1, "uses", TypeKind::kClass, kShape, 0, -1, false, false, kNone, nullptr, kDEFERRED},
-    {kDrawing, 2, "background", TypeKind::kClass, kShape, 0, 1, false, false, kNone, nullptr, kDEFERRED},
-};
-
-const char* const kLineStyleLiterals[] = {"SOLID", "DASHED"};
-
-std::atomic<ShapesIPackage*> gInstance{nullptr};
-bool gInitialising = false;
-
-WkMutex& initLock() {
-  static WkMutex* lock = new WkMutex();  // lives for the process
-  return *lock;
+// A row without default literal, redefinition or XML settings.
+constexpr PropertyRow row(int owner, int id, const char* name, int type, int minOccurs, int maxOccurs,
+                          unsigned flags = 0, IReferenceScope const* scope = kNONE, int oppositeOwner = kNoType,
+                          int oppositeId = 0) {
+  return {owner, id, name, type, minOccurs, maxOccurs, flags, oppositeOwner, oppositeId, nullptr, scope, nullptr,
+          nullptr, nullptr};
 }
 
-IBOOLEAN toIBoolean(bool value) { return value ? ITRUE : IFALSE; }
+constexpr int kString = ICoreDatatypes::STRING_TYPE_ID;
+constexpr int kInteger = ICoreDatatypes::INTEGER_TYPE_ID;
+constexpr int kBoolean = ICoreDatatypes::BOOLEAN_TYPE_ID;
+constexpr int kDouble = ICoreDatatypes::DOUBLE_TYPE_ID;
+
+constexpr PropertyRow kProperties[] = {
+    row(kStencil, 0, "name", kString, 1, 1),
+    row(kStencil, 1, "shapes", kShape, 0, -1, kContained, kINTERNAL, kShape, 4),
+    row(kStencil, 2, "note", kNote, 0, 1, kContained, kINTERNAL),
+    row(kStencil, 3, "parts", kStencil, 0, -1, kContained, kINTERNAL),
+    row(kShape, 0, "name", kString, 1, 1),
+    row(kShape, 1, "sides", kInteger, 1, 1),
+    row(kShape, 2, "filled", kBoolean, 1, 1),
+    row(kShape, 3, "outline", kLineStyle, 1, 1),
+    row(kShape, 4, "stencil", kStencil, 0, 1, kContainer, kINTERNAL, kStencil, 1),
+    row(kCircle, 5, "radius", kInteger, 1, 1),
+    row(kNote, 0, "text", kString, 1, 1),
+    row(kDrawing, 0, "name", kString, 1, 1),
+    row(kDrawing, 1, "uses", kShape, 0, -1, 0, kDEFERRED),
+    row(kDrawing, 2, "background", kShape, 0, 1, 0, kDEFERRED),
+    row(kDrawing, 3, "count", kInteger, 1, 1),
+    row(kDrawing, 4, "ratio", kDouble, 1, 1),
+    row(kDrawing, 5, "data", ICoreDatatypes::BLOB_TYPE_ID, 0, 1),
+    row(kDrawing, 6, "style", kLineStyle, 0, 1),
+    row(kDrawing, 7, "when", ICoreDatatypes::DATE_TYPE_ID, 0, 1),
+    row(kDrawing, 8, "flag", kBoolean, 1, 1),
+    row(kDrawing, 9, "initial", ICoreDatatypes::CHARACTER_TYPE_ID, 1, 1),
+    row(kDrawing, 10, "weight", ICoreDatatypes::FLOAT_TYPE_ID, 1, 1),
+    row(kDrawing, 11, "big", ICoreDatatypes::LONG_TYPE_ID, 1, 1),
+    row(kDrawing, 12, "small", ICoreDatatypes::SHORT_TYPE_ID, 1, 1),
+    row(kDrawing, 13, "octet", ICoreDatatypes::BYTE_TYPE_ID, 1, 1),
+    row(kDrawing, 14, "tags", kString, 0, -1),
+    row(kDrawing, 15, "styles", kLineStyle, 0, -1),
+    row(kDrawing, 16, "scores", kDouble, 0, -1),
+    row(kDrawing, 17, "layers", kDrawing, 0, -1, kContained, kINTERNAL, kDrawing, 18),
+    row(kDrawing, 18, "owner", kDrawing, 0, 1, kContainer, kINTERNAL, kDrawing, 17),
+    row(kDrawing, 19, "partner", kDrawing, 0, 1, 0, kDEFERRED),
+    row(kDrawing, 20, "links", kDrawing, 0, -1, 0, kDEFERRED),
+    row(kDrawing, 21, "caption", kNote, 0, 1, kContained, kINTERNAL),
+};
+
+constexpr const char* kLineStyleLiterals[] = {"SOLID", "DASHED", "DOTTED"};
+constexpr icore::internal::EnumRow kEnums[] = {{kLineStyle, "LineStyle", kLineStyleLiterals, 3, 0}};
+
+constexpr icore::internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties,
+                                                    std::size(kProperties), kEnums, std::size(kEnums)};
+
+icore::internal::PackageInstance<ShapesIPackage>& instance() {
+  static auto* holder = new icore::internal::PackageInstance<ShapesIPackage>();  // lives for the process
+  return *holder;
+}
+
+void checkOwnClass(icore::IFactory const& factory, icore::IClass const& objectClass) {
+  if (objectClass.getPackage() == factory.getPackage()) return;
+  throw icore::exception::IllegalArgumentException(
+      icore::qvxFormatMsg(73011, IUString("shapes"), objectClass.getQualifiedName()));
+}
 
 }  // namespace
 
-ShapesIPackage::ShapesIPackage() = default;
-
 ShapesIPackage::~ShapesIPackage() = default;
 
-ShapesIPackage* ShapesIPackage::iGetInstance() {
-  if (ShapesIPackage* built = gInstance.load(std::memory_order_acquire)) return built;
-  return init();
-}
+ShapesIPackage* ShapesIPackage::iGetInstance() { return instance().get(&ShapesIPackage::init); }
 
 ShapesIPackage* ShapesIPackage::init() {
-  std::lock_guard<WkMutex> guard(initLock());
-  if (ShapesIPackage* built = gInstance.load(std::memory_order_acquire)) return built;
-  if (gInitialising) return nullptr;  // asked again by the thread that is building it
-  gInitialising = true;
   auto* package = new ShapesIPackage();  // lives for the process
-  package->createPackageContents();
-  package->initializePackageContents();
-  gInstance.store(package, std::memory_order_release);
-  gInitialising = false;
+  package->createContents(kTables);
+  package->setName("shapes");
+  package->setNsPrefix("com.example.test");
+  package->setVersion("1.0.0");
+  package->setXMLPackageNsPrefix("shp");
+  icore::QVXRuntime::getInstance()->registerPackage(package);
+  package->initializeContents(kTables);
+  ShapesIFactory* factory = ShapesIFactory::iGetInstance();
+  package->setFactory(factory);
+  factory->setPackage(package);
   return package;
 }
 
-IUString const& ShapesIPackage::getIName() {
-  static const IUString name("shapes");
-  return name;
-}
-
-IUString const& ShapesIPackage::getIPrefix() {
-  static const IUString prefix("com.example.test");
-  return prefix;
-}
-
-IUString const& ShapesIPackage::getIVersion() {
-  static const IUString version("1.0.0");
-  return version;
-}
-
-IProperty* ShapesIPackage::declaredProperty(int classIndex, int position) const {
-  return classes_[classIndex]->getDeclaredProperties()[static_cast<std::size_t>(position)];
-}
-
-void ShapesIPackage::createPackageContents() {
-  std::size_t next = 0;
-  for (int typeId = 0; typeId < kClassCount; ++typeId) {
-    classes_[typeId] = createIClass(typeId);
-    for (; next < std::size(kProperties) && kProperties[next].owner == typeId; ++next) {
-      createIProperty(classes_[typeId], kProperties[next].id);
-    }
-  }
-  QVX_ASSERT(next == std::size(kProperties));
-  lineStyle_ = createIEnumeration(kLineStyleTypeId);
-}
-
-void ShapesIPackage::initializePackageContents() {
-  std::lock_guard<WkMutex> guard(lock_);
-  if (contentsInitialised_) return;
-  contentsInitialised_ = true;
-  setName(getIName());
-  setNsPrefix(getIPrefix());
-  setVersion(getIVersion());
-  setXMLPackageNsPrefix(IUString("shp"));
-  setComment(IUString());
-  icore::QVXRuntime::getInstance()->registerPackage(this);
-  addSuperTypesToClasses();
-  initEnums();
-  initClasses();
-  ShapesIFactory* factory = ShapesIFactory::iGetInstance();
-  setFactory(factory);
-  factory->setPackage(this);
-}
-
-void ShapesIPackage::addSuperTypesToClasses() {
-  for (int index = 0; index < kClassCount; ++index) {
-    if (kClasses[index].superClass != kNone) classes_[index]->setSuperClass(classes_[kClasses[index].superClass]);
-  }
-}
-
-void ShapesIPackage::initClasses() {
-  auto typeOf = [this](PropertyRow const& row) -> icore::IType* {
-    switch (row.type) {
-      case TypeKind::kClass: return classes_[row.typeClass];
-      case TypeKind::kLineStyle: return lineStyle_;
-      case TypeKind::kBoolean: return icore::ICoreDatatypes::I_BOOLEAN;
-      case TypeKind::kInteger: return icore::ICoreDatatypes::I_INTEGER;
-      case TypeKind::kString: return icore::ICoreDatatypes::I_STRING;
-    }
-    return nullptr;
-  };
-  std::size_t next = 0;
-  for (int index = 0; index < kClassCount; ++index) {
-    const ClassRow& row = kClasses[index];
-    initIClass(classes_[index], row.name, toIBoolean(row.isAbstract), *row.kind, *row.scope, IFALSE,
-               toIBoolean(row.isSeeded), IUString());
-    for (IProperty* property : classes_[index]->getDeclaredProperties()) {
-      const PropertyRow& p = kProperties[next++];
-      initIProperty(property, typeOf(p), p.name, IUString(), p.minOccurs, p.maxOccurs, nullptr, IFALSE,
-                    toIBoolean(p.containment), toIBoolean(p.container), IFALSE, IFALSE, ITRUE, IUString(),
-                    icore::IRedefinability::FINAL_PROPERTY, *p.scope, IUString(), IFALSE);
-    }
-  }
-  // Opposites are found by name, so they are linked once every property is named.
-  next = 0;
-  for (int index = 0; index < kClassCount; ++index) {
-    for (IProperty* property : classes_[index]->getDeclaredProperties()) {
-      const PropertyRow& p = kProperties[next++];
-      if (p.oppositeClass == kNone) continue;
-      property->setOppositeProperty(classes_[p.oppositeClass]->getDeclaredProperty(p.oppositeName));
-    }
-  }
-}
-
-void ShapesIPackage::initEnums() {
-  initIEnumeration(lineStyle_, "LineStyle", IUString());
-  for (int ordinal = 0; ordinal < static_cast<int>(std::size(kLineStyleLiterals)); ++ordinal) {
-    addIEnumerationLiteral(lineStyle_, kLineStyleLiterals[ordinal], ordinal, IUString());
-  }
-  lineStyle_->setDefaultLiteral(lineStyle_->getLiterals()[0]);
-}
-
 ShapesIFactory* ShapesIFactory::iGetInstance() {
-  static ShapesIFactory* instance = new ShapesIFactory();  // lives for the process
-  return instance;
+  static auto* factory = new ShapesIFactory();  // lives for the process
+  return factory;
 }
 
-ShapesIFactory::~ShapesIFactory() = default;
-
-icore::IObject* ShapesIFactory::create(IClass const& objectClass) {
-  ShapesIPackage* package = ShapesIPackage::iGetInstance();
-  if (&objectClass == package->getStencilIClass()) return new Stencil();
-  if (&objectClass == package->getShapeIClass()) return new Shape();
-  if (&objectClass == package->getCircleIClass()) return new Circle();
-  if (&objectClass == package->getNoteIClass()) return new Note();
-  if (&objectClass == package->getDrawingIClass()) return new Drawing();
-  throw IllegalArgumentException(icore::qvxFormatMsg(73002, objectClass.getQualifiedName()));
+icore::IObject* ShapesIFactory::create(icore::IClass const& objectClass) {
+  checkOwnClass(*this, objectClass);
+  return newObject(const_cast<icore::IClass*>(&objectClass), nullptr);
 }
 
-icore::IObject* ShapesIFactory::createProxy(IClass const& objectClass, icore::IIdentity const*& identity) {
-  if (identity == nullptr) throw IllegalArgumentException(icore::qvxGetMsg(75007));
-  if (objectClass.isAbstract()) throw IllegalArgumentException(icore::qvxGetMsg(75008));
+icore::IObject* ShapesIFactory::createProxy(icore::IClass const& objectClass, icore::IIdentity const*& identity) {
+  checkOwnClass(*this, objectClass);
+  if (identity == nullptr) throw icore::exception::IllegalArgumentException(icore::qvxGetMsg(75007));
   if (!objectClass.isIdentifiableClass()) {
-    throw IllegalArgumentException(icore::qvxFormatMsg(75009, objectClass.getName()));
+    throw icore::exception::InstantiationException(icore::qvxFormatMsg(75009, objectClass.getQualifiedName()));
   }
-  // Every identifiable class of the package derives from IdentifiedObject.
-  std::unique_ptr<icore::IObject> made(create(objectClass));
-  static_cast<IdentifiedObject*>(made.get())->becomeProxy(identity);
-  return made.release();
-}
-
-void* ShapesIFactory::datatypeFromString(icore::IDatatype const& datatype, IUString const& text) {
-  if (!datatype.isPrimitive()) throw IllegalArgumentException(icore::qvxFormatMsg(73002, datatype.getQualifiedName()));
-  unsigned int length = 0;
-  return icore::ICoreDatatypes::primitiveFromString(datatype, text, &length);
-}
-
-IUString* ShapesIFactory::datatypeToString(icore::IDatatype const& datatype, void const* value) {
-  if (!datatype.isPrimitive()) throw IllegalArgumentException(icore::qvxFormatMsg(73002, datatype.getQualifiedName()));
-  return icore::ICoreDatatypes::primitiveToString(datatype, value, 0);
+  return newObject(const_cast<icore::IClass*>(&objectClass), identity);
 }
 
 }  // namespace com::example::test::shapes
