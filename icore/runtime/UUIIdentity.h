@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "icore/IIdentity.h"
 #include "platform/IUString.h"
@@ -12,9 +11,9 @@
 
 namespace com::veltrana::qvx::icore::runtime {
 
-// Holds the UUID library's value behind an implementation pointer, so that the UUID
-// library stays out of the public headers. Immutable: the text is produced on demand
-// from a private copy of the value, so concurrent reads are safe.
+// Holds the 16 bytes of the UUID itself: identities are made for every identifiable
+// object, so the value lives inline (one allocation of 32 bytes per identity) instead
+// of in the UUID library's larger object. Immutable, so concurrent reads are safe.
 class QVX_API UUIIdentity : public IIdentity {
  public:
   static constexpr std::size_t kByteCount = 16;
@@ -44,8 +43,8 @@ class QVX_API UUIIdentity : public IIdentity {
   const unsigned char* getRawBytes() const;
 
  private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
+  unsigned char bytes_[kByteCount];
+  bool keepsRawBytes_;
 };
 
 }  // namespace com::veltrana::qvx::icore::runtime

@@ -187,3 +187,35 @@ TEST(MetamodelReflectionTest, ForeignAndCollectionPropertiesAreRefusedNamingTheE
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ValueEnumerationTest, LookUpByValueAndExactName) {
+  EXPECT_EQ(IClassKind::get(5), &IClassKind::UNSET);
+  EXPECT_EQ(IClassKind::get(6), nullptr);
+  EXPECT_EQ(IReferenceScope::valueOf("EXTERNAL"), &IReferenceScope::EXTERNAL);
+  EXPECT_EQ(IReferenceScope::valueOf("external"), nullptr);
+  EXPECT_EQ(IRedefinability::get(IRedefinability::nREDEFINABLE_PROPERTY)->getName(), IUString("REDEFINABLE_PROPERTY"));
+}
+
+TEST(IClassTest, IdentifiableAndInternallyReferableFollowScopeAndKind) {
+  struct Case {
+    IClassKind const& kind;
+    IReferenceScope const& scope;
+    bool identifiable;
+    bool internallyReferable;
+  };
+  const Case cases[] = {{IClassKind::FIRST_CLASS, IReferenceScope::EXTERNAL, true, false},
+                        {IClassKind::FIRST_CLASS, IReferenceScope::INTERNAL, false, true},
+                        {IClassKind::VALUE_CLASS, IReferenceScope::NONE, false, true},
+                        {IClassKind::SECOND_CLASS, IReferenceScope::DEFERRED, false, false}};
+  for (const Case& c : cases) {
+    IClass subject;
+    subject.setClassKind(c.kind);
+    subject.setReferenceScope(c.scope);
+    EXPECT_EQ(subject.isIdentifiableClass() != IFALSE, c.identifiable) << c.kind.getName().toUtf8();
+    EXPECT_EQ(subject.isInternallyReferable() != IFALSE, c.internallyReferable) << c.scope.getName().toUtf8();
+  }
+}
+
+}  // namespace
