@@ -93,7 +93,7 @@ constexpr QVXMessageText kTexts[] = {
     {78047, u"The value of property %s could not be set from the text: %s"},
     {78048, u"The root element declares a namespace with the attribute \"xmlns:\" but no prefix."},
     {78049, u"The root element has no serializationSpecVersion attribute."},
-    {78050, u"The document has serialization spec version %s; this reader expects version %s."},
+    {78050, u"The document's serializationSpecVersion is %s; this reader expects version %s."},
     {78052, u"The reference of property %s of object %s to the id %s cannot be resolved."},
     {78053, u"The property's type is not a data type, so the property cannot hold a list of values."},
     {78054, u"The property has no value list to append values to."},

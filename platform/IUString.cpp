@@ -94,10 +94,10 @@ void appendAscii(std::u16string& out, const char* text, int length) {
 // Prints one number with snprintf, using the conversion's flags and `letter`.
 template <typename T>
 void appendNumber(std::u16string& out, const std::string& flags, const char* lengthModifier, char letter, T value) {
-  char spec[48];
-  std::snprintf(spec, sizeof spec, "%%%s%s%c", flags.c_str(), lengthModifier, letter);
+  char printfPattern[48];
+  std::snprintf(printfPattern, sizeof printfPattern, "%%%s%s%c", flags.c_str(), lengthModifier, letter);
   char buffer[512];
-  const int written = std::snprintf(buffer, sizeof buffer, spec, value);
+  const int written = std::snprintf(buffer, sizeof buffer, printfPattern, value);
   if (written < 0) return;
   appendAscii(out, buffer, written < static_cast<int>(sizeof buffer) ? written : static_cast<int>(sizeof buffer) - 1);
 }
