@@ -73,7 +73,11 @@ IUString* dateText(WkDate const& date) {
   std::u16string text = convertTimeToUTCStr(date.toTime()).str();
   const std::size_t space = text.find(u' ');
   if (space != std::u16string::npos) text[space] = u':';
-  return new IUString(IUString::format("%s.%03d", IUString(std::move(text)), date.getNanosecond() / 1000000));
+  const int millis = date.getNanosecond() / 1000000;
+  const char16_t fraction[] = {u'.', static_cast<char16_t>(u'0' + millis / 100),
+                               static_cast<char16_t>(u'0' + millis / 10 % 10), static_cast<char16_t>(u'0' + millis % 10)};
+  text.append(fraction, 4);
+  return new IUString(std::move(text));
 }
 
 // The inverse of dateText: the first 19 characters give the second (the character at

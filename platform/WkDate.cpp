@@ -245,8 +245,34 @@ bool WkDate::parseUtcText(const IUString& text, std::int64_t& seconds) {
   return true;
 }
 
+namespace {
+// Writes `value` as exactly `width` decimal digits, zero-padded.
+char16_t* putDigits(char16_t* out, int value, int width) {
+  for (int index = width - 1; index >= 0; --index) {
+    out[index] = static_cast<char16_t>(u'0' + value % 10);
+    value /= 10;
+  }
+  return out + width;
+}
+}  // namespace
+
+// Written digit by digit: the serializers format a date per value, and interpreting a
+// pattern cost several times more than the conversion itself.
 IUString convertTimeToUTCStr(std::int64_t seconds) {
-  return WkDate::fromTime(seconds).format(u"MM/DD/YYYY HH24:MI:SS");
+  const WkDate date = WkDate::fromTime(seconds);
+  char16_t text[19];
+  char16_t* out = putDigits(text, date.getMonth(), 2);
+  *out++ = u'/';
+  out = putDigits(out, date.getDay(), 2);
+  *out++ = u'/';
+  out = putDigits(out, date.getYear(), 4);
+  *out++ = u' ';
+  out = putDigits(out, date.getHour(), 2);
+  *out++ = u':';
+  out = putDigits(out, date.getMinute(), 2);
+  *out++ = u':';
+  putDigits(out, date.getSecond(), 2);
+  return IUString(text, 19);
 }
 
 std::int64_t convertUTCStrToTime(const IUString& text) {
