@@ -55,7 +55,9 @@ void ICoreDatatypes::initialize(IcoreIPackage* core) {
 }
 
 IVector<IDatatype*> const& ICoreDatatypes::getAllPrimitiveDatatypes() {
-  if (!m_bInitialised) IcoreIPackage::iGetInstance();
+  // Through the package singleton, not the plain flag: its acquire load orders this
+  // thread after the thread that built the data types.
+  IcoreIPackage::iGetInstance();
   QVX_ASSERT(m_bInitialised);
   return *m_pICorePrimitiveDataTypes;
 }

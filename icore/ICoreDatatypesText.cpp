@@ -162,7 +162,9 @@ float narrowToFloat(double value) {
 }  // namespace
 
 IUString* ICoreDatatypes::primitiveToString(IDatatype const& datatype, void const* value, unsigned int length) {
-  if (!m_bInitialised) IcoreIPackage::iGetInstance();
+  // Through the package singleton, not the plain flag: its acquire load orders this
+  // thread after the thread that built the data types.
+  IcoreIPackage::iGetInstance();
   QVX_ASSERT(m_bInitialised);
   if (value == nullptr || !datatype.isPrimitive()) return nullptr;
   switch (datatype.getTypeId()) {
@@ -187,7 +189,9 @@ IUString* ICoreDatatypes::primitiveToString(IDatatype const& datatype, void cons
 }
 
 void* ICoreDatatypes::primitiveFromString(IDatatype const& datatype, IUString const& text, unsigned int* length) {
-  if (!m_bInitialised) IcoreIPackage::iGetInstance();
+  // Through the package singleton, not the plain flag: its acquire load orders this
+  // thread after the thread that built the data types.
+  IcoreIPackage::iGetInstance();
   QVX_ASSERT(m_bInitialised);
   if (!datatype.isPrimitive()) return nullptr;
   const char16_t* units = text.data();

@@ -24,6 +24,7 @@
 #include "icore/primitives/ILong.h"
 #include "icore/primitives/IShort.h"
 #include "icore/primitives/IString.h"
+#include "icore/primitives/PrimitivesIFactory.h"
 #include "icore/runtime/PackageRegistration.h"
 #include "icore/runtime/SeedRegistry.h"
 #include "io/ResourceResolver.h"
@@ -207,52 +208,63 @@ ISTATUS QVXRuntime::registerExternalModule(IUString const& libraryName, IUString
 }
 
 namespace {
+// A new boxed value from the primitives factory, set to `value`; the caller owns it.
 template <typename Boxed, typename Value>
-Boxed* makeBoxed(Value value) {
-  auto made = std::make_unique<Boxed>();
+Boxed* makeBoxed(Boxed* (primitives::PrimitivesIFactory::*create)(), Value const& value) {
+  std::unique_ptr<Boxed> made((primitives::PrimitivesIFactory::iGetInstance()->*create)());
   made->setValue(value);
   return made.release();
 }
 }  // namespace
 
 primitives::IBlob* QVXRuntime::createIBlob(char const* bytes, std::uint32_t length) const {
-  auto made = std::make_unique<primitives::IBlob>();
+  std::unique_ptr<primitives::IBlob> made(primitives::PrimitivesIFactory::iGetInstance()->createIBlob());
   made->setValue(bytes, length);
   return made.release();
 }
 
 primitives::IBoolean* QVXRuntime::createIBoolean(IBOOLEAN value) const {
-  return makeBoxed<primitives::IBoolean>(value);
+  return makeBoxed(&primitives::PrimitivesIFactory::createIBoolean, value);
 }
 
 primitives::ICharacter* QVXRuntime::createICharacter(std::uint16_t value) const {
-  return makeBoxed<primitives::ICharacter>(value);
+  return makeBoxed(&primitives::PrimitivesIFactory::createICharacter, value);
 }
 
 // The new IDate takes ownership of `value` (it may be null).
 primitives::IDate* QVXRuntime::createIDate(WkDate* value) const {
   std::unique_ptr<WkDate> owned(value);
-  auto made = std::make_unique<primitives::IDate>();
+  std::unique_ptr<primitives::IDate> made(primitives::PrimitivesIFactory::iGetInstance()->createIDate());
   made->setValue(owned.release());
   return made.release();
 }
 
-primitives::IDouble* QVXRuntime::createIDouble(double value) const { return makeBoxed<primitives::IDouble>(value); }
-
-primitives::IFloat* QVXRuntime::createIFloat(float value) const { return makeBoxed<primitives::IFloat>(value); }
-
-primitives::IInteger* QVXRuntime::createIInteger(std::int32_t value) const {
-  return makeBoxed<primitives::IInteger>(value);
+primitives::IDouble* QVXRuntime::createIDouble(double value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createIDouble, value);
 }
 
-primitives::IByte* QVXRuntime::createIByte(char value) const { return makeBoxed<primitives::IByte>(value); }
+primitives::IFloat* QVXRuntime::createIFloat(float value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createIFloat, value);
+}
 
-primitives::ILong* QVXRuntime::createILong(std::int64_t value) const { return makeBoxed<primitives::ILong>(value); }
+primitives::IInteger* QVXRuntime::createIInteger(std::int32_t value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createIInteger, value);
+}
 
-primitives::IShort* QVXRuntime::createIShort(std::int16_t value) const { return makeBoxed<primitives::IShort>(value); }
+primitives::IByte* QVXRuntime::createIByte(char value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createIByte, value);
+}
+
+primitives::ILong* QVXRuntime::createILong(std::int64_t value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createILong, value);
+}
+
+primitives::IShort* QVXRuntime::createIShort(std::int16_t value) const {
+  return makeBoxed(&primitives::PrimitivesIFactory::createIShort, value);
+}
 
 primitives::IString* QVXRuntime::createIString(IUString const& value) const {
-  return makeBoxed<primitives::IString>(value);
+  return makeBoxed(&primitives::PrimitivesIFactory::createIString, value);
 }
 
 }  // namespace com::veltrana::qvx::icore

@@ -64,10 +64,17 @@ struct Conversion {
   char letter = 0;       // d, s, f, ...
 };
 
+bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
 bool isFlagOrWidth(char16_t unit) {
-  return unit == u'-' || unit == u'+' || unit == u' ' || unit == u'#' || unit == u'.' ||
-         (unit >= u'0' && unit <= u'9');
+  return unit == u'-' || unit == u'+' || unit == u' ' || unit == u'#' || unit == u'.' || isDigit(unit);
 }
+
+// Patterns come from the message catalog file, which an installation may edit. These
+// limits keep the printf pattern built from a conversion complete (a cut-off one is
+// undefined behaviour) and a width or precision from asking snprintf for huge output.
+constexpr std::size_t kMaxFlagsLength = 16;
+constexpr std::size_t kMaxNumberDigits = 3;
 
 bool isLengthModifier(char16_t unit) {
   return unit == u'h' || unit == u'l' || unit == u'L' || unit == u'q' || unit == u'j' ||
@@ -78,11 +85,16 @@ bool isLengthModifier(char16_t unit) {
 // text is not a complete conversion.
 bool parseConversion(std::u16string_view pattern, std::size_t start, Conversion& out) {
   std::size_t i = start + 1;
-  while (i < pattern.size() && isFlagOrWidth(pattern[i])) out.flags.push_back(static_cast<char>(pattern[i++]));
+  std::size_t digitRun = 0;
+  while (i < pattern.size() && isFlagOrWidth(pattern[i])) {
+    digitRun = isDigit(pattern[i]) ? digitRun + 1 : 0;
+    if (digitRun > kMaxNumberDigits || out.flags.size() == kMaxFlagsLength) return false;
+    out.flags.push_back(static_cast<char>(pattern[i++]));
+  }
   while (i < pattern.size() && isLengthModifier(pattern[i])) ++i;
   if (i >= pattern.size() || pattern[i] > 0x7f) return false;
   out.letter = static_cast<char>(pattern[i]);
-  if (std::strchr("diouxXcsfFeEgGaAp", out.letter) == nullptr) return false;
+  if (std::strchr("diouxXcsfFeEgGaA", out.letter) == nullptr) return false;
   out.end = i + 1;
   return true;
 }

@@ -9,6 +9,8 @@
 //   %c  a character (a char16_t code unit or a char)
 //   %f %e %g %a  floating point, with flags, width and precision as printf has them
 //   %%  a percent sign
+// Flags, width and precision take at most 16 characters, and a width or precision at
+// most 3 digits; a longer one is not taken as a conversion and stays as written.
 // A conversion whose argument is missing is copied into the result as written, so a
 // message with too few arguments shows where they are missing; surplus arguments are
 // ignored. An argument of another kind than its conversion asks for is printed in

@@ -54,19 +54,35 @@ class IVector {
   T& elementAt(std::size_t index) { return items_[checked(index)]; }
   const T& elementAt(std::size_t index) const { return items_[checked(index)]; }
 
+  // `value` may be an element of this vector (v.append(v[0])): growing would move it
+  // away, so when the vector is full it is copied out before the vector grows.
   void append(const T& value) {
-    makeRoomForOne();
+    if (isFull()) {
+      append(T(value));
+      return;
+    }
     items_.push_back(value);
   }
   void append(T&& value) {
-    makeRoomForOne();
+    if (isFull()) {
+      T kept(std::move(value));
+      makeRoomForOne();
+      items_.push_back(std::move(kept));
+      return;
+    }
     items_.push_back(std::move(value));
   }
   // Inserts before position `index` (0 inserts at the front, size() appends).
   void insertAt(std::size_t index, const T& value) {
     if (index > items_.size()) throw IVectorException(IVectorException::kIndexOutOfBound);
+    const auto position = static_cast<std::ptrdiff_t>(index);
+    if (!isFull()) {
+      items_.insert(items_.begin() + position, value);
+      return;
+    }
+    T kept(value);
     makeRoomForOne();
-    items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), value);
+    items_.insert(items_.begin() + position, std::move(kept));
   }
   void insertFront(const T& value) { insertAt(0, value); }
 
@@ -106,6 +122,8 @@ class IVector {
     if (index >= items_.size()) throw IVectorException(IVectorException::kIndexOutOfBound);
     return index;
   }
+
+  bool isFull() const { return items_.size() == items_.capacity(); }
 
   void makeRoomForOne() {
     const std::size_t current = items_.capacity();

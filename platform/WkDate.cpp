@@ -1,7 +1,6 @@
 #include "platform/WkDate.h"
 
 #include <chrono>
-#include <cstring>
 
 namespace {
 
@@ -31,14 +30,19 @@ bool equalsIgnoringCase(const char* text, const char* upper) {
   return *text == *upper;
 }
 
-// Appends `value` with exactly `width` digits (value must be non-negative and fit).
-void appendDigits(std::u16string& out, long long value, int width) {
-  char16_t digits[20];
-  for (int i = width - 1; i >= 0; --i) {
-    digits[i] = static_cast<char16_t>(u'0' + value % 10);
+// Writes `value` as exactly `width` decimal digits, zero-padded (value must be
+// non-negative and fit), and returns the position after them.
+char16_t* putDigits(char16_t* out, int value, int width) {
+  for (int index = width - 1; index >= 0; --index) {
+    out[index] = static_cast<char16_t>(u'0' + value % 10);
     value /= 10;
   }
-  out.append(digits, static_cast<std::size_t>(width));
+  return out + width;
+}
+
+void appendDigits(std::u16string& out, int value, int width) {
+  char16_t digits[10];
+  out.append(digits, static_cast<std::size_t>(putDigits(digits, value, width) - digits));
 }
 
 bool startsWithAt(std::u16string_view text, std::size_t at, std::u16string_view token) {
@@ -244,17 +248,6 @@ bool WkDate::parseUtcText(const IUString& text, std::int64_t& seconds) {
   seconds = date.toTime();
   return true;
 }
-
-namespace {
-// Writes `value` as exactly `width` decimal digits, zero-padded.
-char16_t* putDigits(char16_t* out, int value, int width) {
-  for (int index = width - 1; index >= 0; --index) {
-    out[index] = static_cast<char16_t>(u'0' + value % 10);
-    value /= 10;
-  }
-  return out + width;
-}
-}  // namespace
 
 // Written digit by digit: the serializers format a date per value, and interpreting a
 // pattern cost several times more than the conversion itself.

@@ -1,6 +1,8 @@
 #include "platform/WkUString.h"
 
-#include <cerrno>
+#include <locale.h>
+#include <stdlib.h>
+
 #include <climits>
 #include <cstdlib>
 
@@ -189,10 +191,7 @@ std::size_t WkUString::utf16Length(const char* text, std::size_t length) {
 }
 
 long long WkUString::parseLong(const char16_t* text, std::size_t length) {
-  return parseAscii(text, length, [](const char* s) {
-    errno = 0;
-    return std::strtoll(s, nullptr, 10);
-  });
+  return parseAscii(text, length, [](const char* s) { return std::strtoll(s, nullptr, 10); });
 }
 
 int WkUString::parseInt(const char16_t* text, std::size_t length) {
@@ -203,5 +202,9 @@ int WkUString::parseInt(const char16_t* text, std::size_t length) {
 }
 
 double WkUString::parseDouble(const char16_t* text, std::size_t length) {
-  return parseAscii(text, length, [](const char* s) { return std::strtod(s, nullptr); });
+  // Numbers are written with a '.' whatever the process locale is (to_chars), so they
+  // are read in the C locale too: plain strtod would stop at the '.' once a host has
+  // called setlocale with a decimal-comma locale.
+  static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+  return parseAscii(text, length, [](const char* s) { return strtod_l(s, nullptr, cLocale); });
 }

@@ -34,7 +34,8 @@ class QVX_API WkUString {
 
   // Number parsing in the manner of strtol/strtod: leading blanks are skipped, the
   // longest valid prefix is taken and anything else yields 0. Out-of-range values
-  // saturate. Never throws.
+  // saturate. The decimal point is '.' whatever locale the process has set. Never
+  // throws.
   static long long parseLong(const char16_t* text, std::size_t length);
   static int parseInt(const char16_t* text, std::size_t length);
   static double parseDouble(const char16_t* text, std::size_t length);

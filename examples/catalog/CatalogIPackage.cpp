@@ -150,7 +150,6 @@ CatalogIPackage* CatalogIPackage::init() {
   // The property types are the core primitive data types, made with the core package.
   QVX_ASSERT(IcoreIPackage::iGetInstance() != nullptr);
   auto* package = new CatalogIPackage();
-  QVX_ASSERT(package != nullptr);
   package->createPackageContents();
   package->initializePackageContents();
   return package;

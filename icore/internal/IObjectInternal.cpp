@@ -5,7 +5,6 @@
 #include "icore/IClass.h"
 #include "icore/IEncryptionProvider.h"
 #include "icore/IEncryptionProviderImpl.h"
-#include "icore/IEnumerationLiteral.h"
 #include "icore/IIdentity.h"
 #include "icore/IProperty.h"
 #include "icore/QVXMsgCatalog.h"
@@ -155,16 +154,22 @@ IBOOLEAN IObjectInternal::instanceOf(IClass const& candidate) const {
   return class_->isTypeOf(candidate);
 }
 
-IUString IObjectInternal::encrypt(IUString value, IProperty const* property, IObject const* object) {
+namespace {
+// The registered provider; the default one is installed (and owned by the runtime)
+// when none is registered yet.
+IEncryptionProvider* providerOrDefault() {
   QVXRuntime* runtime = QVXRuntime::getInstance();
   if (!runtime->isEncryptionProviderRegistered()) runtime->registerEncryptionProvider(new IEncryptionProviderImpl());
-  return runtime->getEncryptionProvider()->encrypt(std::move(value), property, object);
+  return runtime->getEncryptionProvider();
+}
+}  // namespace
+
+IUString IObjectInternal::encrypt(IUString value, IProperty const* property, IObject const* object) {
+  return providerOrDefault()->encrypt(std::move(value), property, object);
 }
 
 IUString IObjectInternal::decrypt(IUString value, IProperty const* property, IObject const* object) {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  if (!runtime->isEncryptionProviderRegistered()) runtime->registerEncryptionProvider(new IEncryptionProviderImpl());
-  return runtime->getEncryptionProvider()->decrypt(std::move(value), property, object);
+  return providerOrDefault()->decrypt(std::move(value), property, object);
 }
 
 void IObjectInternal::performChecksBeforeSet() const {

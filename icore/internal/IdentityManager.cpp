@@ -78,7 +78,9 @@ IBOOLEAN IdentityManager::registerExternalizer(IdentityExternalizer* externalize
     return IFALSE;
   }
   WkMutexGuard guard(mutex_);
-  const auto inserted = externalizers_.emplace(externalizer->getExternalizerId(), externalizer);
+  // try_emplace, unlike emplace, builds no node when the id is present, which it is for
+  // every identity that identityToString writes.
+  const auto inserted = externalizers_.try_emplace(externalizer->getExternalizerId(), externalizer);
   return inserted.first->second == externalizer ? ITRUE : IFALSE;
 }
 

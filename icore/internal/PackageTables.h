@@ -94,7 +94,15 @@ class PackageInstance {
     if (Package* built = instance_.load(std::memory_order_acquire)) return built;
     if (building_) return nullptr;
     building_ = true;
-    Package* made = build();
+    Package* made = nullptr;
+    try {
+      made = build();
+    } catch (...) {
+      // A failed build leaves no instance; the next call builds again instead of
+      // answering null for the rest of the process.
+      building_ = false;
+      throw;
+    }
     instance_.store(made, std::memory_order_release);
     building_ = false;
     return made;

@@ -1,6 +1,5 @@
 #include "icore/runtime/SeedRegistry.h"
 
-#include <atomic>
 #include <cstdint>
 #include <fstream>
 #include <memory>
@@ -26,8 +25,6 @@ using io::exception::IOException;
 
 namespace {
 
-std::atomic<SeedRegistry*> gInstance{nullptr};
-
 // A containment whose values are themselves seed objects, so registering an object
 // registers them too.
 bool holdsSeededObjects(IProperty const& property) {
@@ -46,14 +43,8 @@ IBOOLEAN isOfClass(IObject const* object, IClass const& objectClass) {
 }  // namespace
 
 SeedRegistry* SeedRegistry::getInstance() {
-  if (SeedRegistry* made = gInstance.load(std::memory_order_acquire)) return made;
-  static WkMutex* creationLock = new WkMutex();  // lives for the process
-  std::lock_guard<WkMutex> guard(*creationLock);
-  if (SeedRegistry* made = gInstance.load(std::memory_order_relaxed)) return made;
-  auto* made = new SeedRegistry();  // lives for the process
-  QVX_ASSERT(made != nullptr);
-  gInstance.store(made, std::memory_order_release);
-  return made;
+  static auto* const instance = new SeedRegistry();  // never destroyed: usable until exit
+  return instance;
 }
 
 SeedRegistry::SeedRegistry() : registry_(21) {}

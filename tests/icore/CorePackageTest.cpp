@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@
 #include "icore/QVXRuntime.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "icore/exception/UnsupportedOperationException.h"
+#include "icore/internal/PackageTables.h"
 #include "tests/support/MetamodelText.h"
 #include "tests/support/ThrownMessage.h"
 
@@ -154,6 +156,16 @@ TEST(CorePackageTest, FactoryMakesConcreteMetaclassesAndRefusesTheRest) {
   IEnumeration* kinds = core().getIClassKindIEnumeration();
   EXPECT_EQ(messageOf<exception::IllegalArgumentException>([&] { delete factory->datatypeToString(*kinds, &value); }),
             qvxFormatMsg(73002, kinds->getQualifiedName()));
+}
+
+// A build that throws must not leave the holder answering null for ever after: the
+// "being built" state is the thread's own and ends with the failed build.
+TEST(CorePackageTest, PackageInstanceBuildsAgainAfterAFailedBuild) {
+  struct Package {};
+  internal::PackageInstance<Package> holder;
+  EXPECT_THROW(holder.get([]() -> Package* { throw std::runtime_error("build failed"); }), std::runtime_error);
+  static Package built;
+  EXPECT_EQ(holder.get([] { return &built; }), &built);
 }
 
 }  // namespace

@@ -23,3 +23,11 @@ TEST(IUStringTest, FormatFillsConversionsAndKeepsThoseWithoutArguments) {
   EXPECT_EQ(IUString::format("100%"), IUString("100%"));
   EXPECT_EQ(IUString::format("%d", IUString("text")), IUString("text"));
 }
+
+// Message patterns come from an editable catalog file: an over-long spec or an unknown
+// letter is left as text instead of reaching snprintf.
+TEST(IUStringTest, FormatKeepsOverlongAndUnknownConversionsAsWritten) {
+  const IUString overlong("%-----------------------------------------------d|%.9999f|%p|%2d");
+  EXPECT_EQ(IUString::format(overlong, 5), IUString("%-----------------------------------------------d|%.9999f|%p| 5"));
+  EXPECT_EQ(IUString::format("%.3f|%-5d|", 1.0, 42), IUString("1.000|42   |"));
+}

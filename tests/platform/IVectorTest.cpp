@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "tests/platform/TestScopes.h"
@@ -30,4 +31,19 @@ TEST(IVectorTest, OutOfBoundAccessAndImpossibleGrowthThrowAndChangeNothing) {
   EXPECT_EQ(thrownMessage<IVectorException>([&] { v.insertAt(2, 0); }), outOfBound);
   EXPECT_EQ(thrownMessage<IVectorException>([&] { v.ensureCapacity(SIZE_MAX / 2); }), "IVector failed to grow.");
   EXPECT_EQ(std::vector<int>(v.begin(), v.end()), std::vector<int>{1});
+}
+
+// An element of the vector itself, appended or inserted while the vector is full, must
+// be taken before the storage moves (a moved std::string loses its heap text).
+TEST(IVectorTest, AddingItsOwnElementToAFullVectorTakesItBeforeGrowing) {
+  const std::string text(40, 'q');
+  IVector<std::string> v(1, 1, 0);  // grows by one, so it is full after every addition
+  v.append(text);
+  v.append(v[0]);
+  v.insertAt(1, v[0]);
+  v.append(std::move(v[2]));
+  ASSERT_EQ(v.size(), 4u);
+  EXPECT_EQ(v[0], text);
+  EXPECT_EQ(v[1], text);
+  EXPECT_EQ(v[3], text);
 }

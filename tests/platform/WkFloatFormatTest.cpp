@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
+
+#include "platform/WkUString.h"
 
 // No exponent, no superfluous trailing zero, and strtod gives back exactly the value.
 TEST(WkFloatFormatTest, RoundTripsInTheShortestFixedFormAndRespectsTheBufferSize) {
@@ -25,4 +28,22 @@ TEST(WkFloatFormatTest, RoundTripsInTheShortestFixedFormAndRespectsTheBufferSize
   char buffer[8];
   EXPECT_EQ(WkFloatFormat::ftoaReformat(3.3e-5, buffer, 7), 0u);  // "0.000033" needs all 8
   EXPECT_EQ(WkFloatFormat::ftoaReformat(3.3e-5, buffer, 8), 8u);
+}
+
+// The text is written with a '.' in any locale, so it must also be read with one after
+// a host has switched LC_NUMERIC to a decimal-comma locale.
+TEST(WkFloatFormatTest, TextReadsBackUnderADecimalCommaLocale) {
+  const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
+  const char* commaLocale = nullptr;
+  for (const char* candidate : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "ru_RU.UTF-8"}) {
+    if (std::setlocale(LC_NUMERIC, candidate) != nullptr) {
+      commaLocale = candidate;
+      break;
+    }
+  }
+  if (commaLocale == nullptr) GTEST_SKIP() << "no decimal-comma locale is installed";
+  const IUString text = wkFtoaReformat(-9.99e-5);
+  const double parsed = WkUString::parseDouble(text.data(), text.length());
+  std::setlocale(LC_NUMERIC, previous.c_str());
+  EXPECT_EQ(parsed, -9.99e-5) << commaLocale;
 }
