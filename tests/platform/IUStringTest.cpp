@@ -24,7 +24,7 @@ TEST(IUStringTest, FormatFillsConversionsAndKeepsThoseWithoutArguments) {
   EXPECT_EQ(IUString::format("%d", IUString("text")), IUString("text"));
 }
 
-// Message patterns come from an editable catalog file: an over-long spec or an unknown
+// Message patterns come from an editable catalog file: an over-long conversion or an unknown
 // letter is left as text instead of reaching snprintf.
 TEST(IUStringTest, FormatKeepsOverlongAndUnknownConversionsAsWritten) {
   const IUString overlong("%-----------------------------------------------d|%.9999f|%p|%2d");
