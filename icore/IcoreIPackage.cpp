@@ -103,18 +103,15 @@ const EnumRow kEnums[] = {
 const internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties, std::size(kProperties),
                                          kEnums, std::size(kEnums)};
 
-internal::PackageInstance<IcoreIPackage>& instance() {
-  static auto* holder = new internal::PackageInstance<IcoreIPackage>();  // lives for the process
-  return *holder;
-}
-
 }  // namespace
 
 IcoreIPackage::IcoreIPackage() = default;
 
 IcoreIPackage::~IcoreIPackage() = default;
 
-IcoreIPackage* IcoreIPackage::iGetInstance() { return instance().get(&IcoreIPackage::init); }
+IcoreIPackage* IcoreIPackage::iGetInstance() {
+  return internal::PackageInstance<IcoreIPackage>::process().get(&IcoreIPackage::init);
+}
 
 IcoreIPackage* IcoreIPackage::init() {
   auto* package = new IcoreIPackage();

@@ -133,18 +133,15 @@ const EnumRow kEnums[] = {
 const internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties, std::size(kProperties),
                                          kEnums, std::size(kEnums)};
 
-internal::PackageInstance<CatalogIPackage>& instance() {
-  static auto* holder = new internal::PackageInstance<CatalogIPackage>();  // lives for the process
-  return *holder;
-}
-
 }  // namespace
 
 CatalogIPackage::CatalogIPackage() = default;
 
 CatalogIPackage::~CatalogIPackage() = default;
 
-CatalogIPackage* CatalogIPackage::iGetInstance() { return instance().get(&CatalogIPackage::init); }
+CatalogIPackage* CatalogIPackage::iGetInstance() {
+  return internal::PackageInstance<CatalogIPackage>::process().get(&CatalogIPackage::init);
+}
 
 CatalogIPackage* CatalogIPackage::init() {
   // The property types are the core primitive data types, made with the core package.

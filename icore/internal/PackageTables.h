@@ -87,6 +87,14 @@ struct PackageTables {
 template <typename Package>
 class PackageInstance {
  public:
+  // The holder of `Package` for the process, never destroyed. Call it only from the
+  // package's own source file: with hidden visibility each shared library that
+  // instantiates it would get a holder of its own.
+  static PackageInstance& process() {
+    static auto* holder = new PackageInstance();
+    return *holder;
+  }
+
   template <typename Build>
   Package* get(Build&& build) {
     if (Package* built = instance_.load(std::memory_order_acquire)) return built;

@@ -60,18 +60,15 @@ const PropertyRow kProperties[] = {
 const internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties, std::size(kProperties),
                                          nullptr, 0};
 
-internal::PackageInstance<PrimitivesIPackage>& instance() {
-  static auto* holder = new internal::PackageInstance<PrimitivesIPackage>();  // lives for the process
-  return *holder;
-}
-
 }  // namespace
 
 PrimitivesIPackage::PrimitivesIPackage() = default;
 
 PrimitivesIPackage::~PrimitivesIPackage() = default;
 
-PrimitivesIPackage* PrimitivesIPackage::iGetInstance() { return instance().get(&PrimitivesIPackage::init); }
+PrimitivesIPackage* PrimitivesIPackage::iGetInstance() {
+  return internal::PackageInstance<PrimitivesIPackage>::process().get(&PrimitivesIPackage::init);
+}
 
 PrimitivesIPackage* PrimitivesIPackage::init() {
   // The value properties are typed by the core data types, which the core package makes.

@@ -94,11 +94,6 @@ constexpr icore::internal::EnumRow kEnums[] = {{kLineStyle, "LineStyle", kLineSt
 constexpr icore::internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties,
                                                     std::size(kProperties), kEnums, std::size(kEnums)};
 
-icore::internal::PackageInstance<ShapesIPackage>& instance() {
-  static auto* holder = new icore::internal::PackageInstance<ShapesIPackage>();  // lives for the process
-  return *holder;
-}
-
 void checkOwnClass(icore::IFactory const& factory, icore::IClass const& objectClass) {
   if (objectClass.getPackage() == factory.getPackage()) return;
   throw icore::exception::IllegalArgumentException(
@@ -109,7 +104,9 @@ void checkOwnClass(icore::IFactory const& factory, icore::IClass const& objectCl
 
 ShapesIPackage::~ShapesIPackage() = default;
 
-ShapesIPackage* ShapesIPackage::iGetInstance() { return instance().get(&ShapesIPackage::init); }
+ShapesIPackage* ShapesIPackage::iGetInstance() {
+  return icore::internal::PackageInstance<ShapesIPackage>::process().get(&ShapesIPackage::init);
+}
 
 ShapesIPackage* ShapesIPackage::init() {
   auto* package = new ShapesIPackage();  // lives for the process
