@@ -9,6 +9,8 @@ packages=(
   libace-dev        # UUID generation, byte reversal
   libssl-dev        # AES-256-GCM for the default encryption provider
   libgtest-dev libgmock-dev libbenchmark-dev
+  clang libclang-rt-dev          # libFuzzer targets of the stream and document readers
+  libboost-serialization-dev     # the peer the serializer benchmarks compare against
   locales           # a decimal-comma locale for the number-parsing tests
 )
 # The tests check that numbers read the same under a locale with a decimal comma.
