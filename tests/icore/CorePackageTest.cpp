@@ -270,4 +270,30 @@ TEST(CorePackageTest, PackageInstanceBuildsAgainAfterAFailedBuild) {
   EXPECT_EQ(holder.get([] { return &built; }), &built);
 }
 
+// A build that fails after its package registered must take the package out of the
+// runtime as it deletes it: else the runtime keeps a dangling package, and the next
+// build finds the name taken for ever.
+TEST(CorePackageTest, PackageWhoseBuildFailsAfterRegisteringIsWithdrawnAndBuildsAgain) {
+  QVXRuntime* theRuntime = QVXRuntime::getInstance();
+  const std::size_t listedBefore = theRuntime->getAllIPackages().size();
+  internal::PackageInstance<IPackage> holder;
+  bool contentsFail = true;
+  auto build = [&contentsFail, theRuntime]() -> IPackage* {
+    internal::PackageUnderConstruction<IPackage> package(new IPackage());
+    package->setName("flaky");
+    package->setNsPrefix("com.example.test");
+    theRuntime->registerPackage(package.get());
+    if (contentsFail) throw std::runtime_error("contents failed");
+    return package.release();
+  };
+  EXPECT_THROW(holder.get(build), std::runtime_error);
+  EXPECT_EQ(theRuntime->isPackageRegistered("com.example.test.flaky"), IFALSE);
+  EXPECT_EQ(theRuntime->getAllIPackages().size(), listedBefore);
+  contentsFail = false;
+  IPackage* built = holder.get(build);
+  EXPECT_EQ(theRuntime->getIPackageForName("com.example.test.flaky"), built);
+  delete built;  // the holder is this test's, so the package is too
+  EXPECT_EQ(theRuntime->isPackageRegistered("com.example.test.flaky"), IFALSE);
+}
+
 }  // namespace
