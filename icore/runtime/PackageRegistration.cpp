@@ -80,6 +80,29 @@ bool runBuild(PackageBuild build, IUString& failure) {
   }
 }
 
+// Loads `file` with `record` as this thread's load record, so that its hooks report
+// there; on failure `error` is the loader's text.
+bool loadRecordingHooks(IUString const& file, LoadRecord& record, IUString& error) {
+  LoadRecord* const outerLoad = tCurrentLoad;
+  tCurrentLoad = &record;
+  DynLoadLib library;
+  const bool loaded = library.load(file) == ISTATUS_SUCCESS;
+  tCurrentLoad = outerLoad;
+  if (!loaded) error = library.getError();
+  return loaded;
+}
+
+// A library that was loaded before runs no hooks again, so a build of it that failed
+// then is run again here. True when nothing is left failed; else `failure` says why.
+bool rerunFailedBuild(IUString const& file, IUString& failure) {
+  std::map<IUString, PackageBuild>& pending = failedBuilds();
+  auto earlier = pending.find(file);
+  if (earlier == pending.end()) return true;
+  if (!runBuild(earlier->second, failure)) return false;
+  pending.erase(earlier);
+  return true;
+}
+
 }  // namespace
 
 char const* const PackageRegistration::PACKAGE_LIBRARY_MAP_FILE = "packagelibrary.map";
@@ -114,25 +137,11 @@ ISTATUS PackageRegistration::loadExternalModule(IUString const& libraryName, IUS
   const IUString file = libraryName + IUString(LIBRARY_SUFFIX);
   std::lock_guard<WkMutex> guard(*pLoadLibraryMutex);
   LoadRecord record;
-  LoadRecord* const outerLoad = tCurrentLoad;
-  tCurrentLoad = &record;
-  DynLoadLib library;
-  const ISTATUS loaded = library.load(file);
-  tCurrentLoad = outerLoad;
-  if (loaded != ISTATUS_SUCCESS) {
-    error = library.getError();
-    return ISTATUS_FAILURE;
-  }
-  std::map<IUString, PackageBuild>& pending = failedBuilds();
-  if (record.failedBuild == nullptr) {
-    // Loaded before: the hooks do not run again, so a build that failed then is rerun.
-    auto earlier = pending.find(file);
-    if (earlier == pending.end() || runBuild(earlier->second, record.failure)) {
-      if (earlier != pending.end()) pending.erase(earlier);
-      return ISTATUS_SUCCESS;
-    }
-  } else {
-    pending[file] = record.failedBuild;
+  if (!loadRecordingHooks(file, record, error)) return ISTATUS_FAILURE;
+  if (record.failedBuild != nullptr) {
+    failedBuilds()[file] = record.failedBuild;
+  } else if (rerunFailedBuild(file, record.failure)) {
+    return ISTATUS_SUCCESS;
   }
   error = qvxFormatMsg(76014, file, record.failure);
   return ISTATUS_FAILURE;
