@@ -28,7 +28,7 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1 \
   run_suite build-sanitize -DCMAKE_BUILD_TYPE=Debug -DQVX_SANITIZE=ON -DQVX_BUILD_BENCH=OFF
 # ThreadSanitizer: only the three test programs that start threads, and only their tests
 # of the singletons, caches, package loading, identity generation and the seed registry.
-tsan_tests='Concurren|Thread|PackageLibraryLoad|PackageRegistration|SeedRegistry|RuntimeEnvironment'
+tsan_tests='Concurren|Thread|PackageLibraryLoad|PackageRegistration|RuntimeEnvironment'
 configure build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQVX_TSAN=ON -DQVX_BUILD_BENCH=OFF
 echo "== building build-tsan"
 cmake --build build-tsan -j "$jobs" --target qvx_foundation_tests qvx_tests qvx_runtime_env_tests
