@@ -168,8 +168,8 @@ void const* IClass::iGet(IProperty const& property, unsigned int* index, IBOOLEA
     case 5: return &seeded_;
     case 6: return &declaredProperties_;
     case 7: return static_cast<IObject const*>(superClass_);
-    case 8: return classKind_;
-    case 9: return referenceScope_;
+    case 8: return IcoreIPackage::iGetInstance()->literalOf(*classKind_);
+    case 9: return IcoreIPackage::iGetInstance()->literalOf(*referenceScope_);
     default: return IType::iGet(property, index, flag);
   }
 }
@@ -181,8 +181,8 @@ void IClass::iSet(IProperty const& property, void* value, unsigned int index, IB
     case 5: setSeeded(*static_cast<IBOOLEAN*>(value)); return;
     case 6: throwElementCollectionSet(property);
     case 7: setSuperClass(static_cast<IClass*>(static_cast<IObject*>(value))); return;
-    case 8: classKind_ = static_cast<IClassKind const*>(value); return;
-    case 9: referenceScope_ = static_cast<IReferenceScope const*>(value); return;
+    case 8: classKind_ = enumerationValue(IcoreIPackage::iGetInstance()->classKindOf(value), property); return;
+    case 9: referenceScope_ = enumerationValue(IcoreIPackage::iGetInstance()->referenceScopeOf(value), property); return;
     default: IType::iSet(property, value, index, flag); return;
   }
 }

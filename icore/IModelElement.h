@@ -46,6 +46,14 @@ class QVX_API IModelElement : public internal::IObjectInternal {
   [[noreturn]] void throwUnknownElementGet(IProperty const& property) const;
   [[noreturn]] void throwUnknownElementSet(IProperty const& property) const;
   [[noreturn]] void throwElementCollectionSet(IProperty const& property) const;
+  // The value-enumeration constant of a reflective set of `property`, as found by
+  // IcoreIPackage::classKindOf and its siblings; 73006 when the literal given stands
+  // for none.
+  template <typename Constant>
+  Constant const* enumerationValue(Constant const* constant, IProperty const& property) const {
+    if (constant == nullptr) throwUnknownElementSet(property);
+    return constant;
+  }
 
  private:
   std::unique_ptr<IIdentity const> identity_;

@@ -12,6 +12,7 @@
 #include "icore/IRedefinability.h"
 #include "icore/IReferenceScope.h"
 #include "icore/IcoreIPackage.h"
+#include "icore/QVXRuntime.h"
 #include "platform/QvxAssert.h"
 
 namespace com::veltrana::qvx::icore {
@@ -21,6 +22,7 @@ IPackage::IPackage() {
 }
 
 IPackage::~IPackage() {
+  QVXRuntime::getInstance()->withdrawPackage(this);
   for (IType* type : types_) delete type;
 }
 

@@ -5,6 +5,8 @@
 // set super classes; initialise classes, properties and enumerations; set the factory.
 #pragma once
 
+#include <memory>
+
 #include "icore/IModelElement.h"
 #include "icore/internal/PackageTables.h"
 #include "platform/IVector.h"
@@ -23,7 +25,8 @@ class IType;
 class QVX_API IPackage : public IModelElement {
  public:
   IPackage();
-  // Deletes every type of the package.
+  // Deletes every type of the package. A package that dies while registered (its
+  // build failed after registering) is taken out of the runtime first.
   ~IPackage() override;
 
   IVector<IType*>& getTypes() { return types_; }
@@ -88,5 +91,18 @@ class QVX_API IPackage : public IModelElement {
   IUString nsPrefix_;
   IUString xmlPackageNsPrefix_;
 };
+
+namespace internal {
+
+// Owns a generated package while it is being built. A build that throws deletes it,
+// through the base (generated packages keep their own destructors private), so a
+// failed build leaks nothing and the next request builds the package afresh.
+struct PackageBuildDeleter {
+  void operator()(IPackage* package) const { delete package; }
+};
+template <typename Package>
+using PackageUnderConstruction = std::unique_ptr<Package, PackageBuildDeleter>;
+
+}  // namespace internal
 
 }  // namespace com::veltrana::qvx::icore

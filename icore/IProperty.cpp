@@ -90,9 +90,9 @@ void const* IProperty::iGet(IProperty const& property, unsigned int* index, IBOO
     case 7: return static_cast<IObject const*>(oppositeProperty_);
     case 8: return &containment_;
     case 9: return &container_;
-    case 10: return redefinability_;
+    case 10: return IcoreIPackage::iGetInstance()->literalOf(*redefinability_);
     case 11: return static_cast<IObject const*>(getRedefinedProperty());
-    case 12: return referenceScope_;
+    case 12: return IcoreIPackage::iGetInstance()->literalOf(*referenceScope_);
     case 13: return &ordered_;
     case 14: return &unique_;
     default: return ITypedElement::iGet(property, index, flag);
@@ -109,9 +109,9 @@ void IProperty::iSet(IProperty const& property, void* value, unsigned int index,
     case 7: setOppositeProperty(asProperty()); return;
     case 8: setContainment(*static_cast<IBOOLEAN*>(value)); return;
     case 9: setContainer(*static_cast<IBOOLEAN*>(value)); return;
-    case 10: redefinability_ = static_cast<IRedefinability const*>(value); return;
+    case 10: redefinability_ = enumerationValue(IcoreIPackage::iGetInstance()->redefinabilityOf(value), property); return;
     case 11: setRedefinedProperty(asProperty()); return;
-    case 12: referenceScope_ = static_cast<IReferenceScope const*>(value); return;
+    case 12: referenceScope_ = enumerationValue(IcoreIPackage::iGetInstance()->referenceScopeOf(value), property); return;
     case 13: setOrdered(*static_cast<IBOOLEAN*>(value)); return;
     case 14: setUnique(*static_cast<IBOOLEAN*>(value)); return;
     default: ITypedElement::iSet(property, value, index, flag); return;

@@ -40,14 +40,27 @@ IObject* IcoreIFactory::createProxy(IClass const&, IIdentity const*&) {
 }
 
 void* IcoreIFactory::datatypeFromString(IDatatype const& datatype, IUString const& text) {
+  if (isOwnEnumeration(datatype)) {
+    for (IEnumerationLiteral* literal : static_cast<IEnumeration const&>(datatype).getLiterals()) {
+      if (literal->getName() == text) return literal;
+    }
+    return nullptr;
+  }
   if (!datatype.isPrimitive()) throw IllegalArgumentException(qvxFormatMsg(73002, datatype.getQualifiedName()));
   unsigned int length = 0;
   return ICoreDatatypes::primitiveFromString(datatype, text, &length);
 }
 
 IUString* IcoreIFactory::datatypeToString(IDatatype const& datatype, void const* value) {
+  if (isOwnEnumeration(datatype)) {
+    return value != nullptr ? new IUString(static_cast<IEnumerationLiteral const*>(value)->getName()) : nullptr;
+  }
   if (!datatype.isPrimitive()) throw IllegalArgumentException(qvxFormatMsg(73002, datatype.getQualifiedName()));
   return ICoreDatatypes::primitiveToString(datatype, value, 0);
+}
+
+bool IcoreIFactory::isOwnEnumeration(IDatatype const& datatype) const {
+  return datatype.isEnum() && datatype.getPackage() == getPackage();
 }
 
 }  // namespace com::veltrana::qvx::icore

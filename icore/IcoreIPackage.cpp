@@ -103,6 +103,21 @@ const EnumRow kEnums[] = {
 const internal::PackageTables kTables = {kClasses, std::size(kClasses), kProperties, std::size(kProperties),
                                          kEnums, std::size(kEnums)};
 
+// The literals of a core enumeration sit at the position of their ordinal.
+IEnumerationLiteral const* literalAt(IEnumeration const& enumeration, int ordinal) {
+  IVector<IEnumerationLiteral*> const& literals = enumeration.getLiterals();
+  QVX_ASSERT(ordinal >= 0 && static_cast<std::size_t>(ordinal) < literals.size());
+  return literals[static_cast<std::size_t>(ordinal)];
+}
+
+// The ordinal of `literal` when it is one of the literals of `enumeration`, else -1.
+int ordinalIn(IEnumeration const& enumeration, void const* literal) {
+  for (IEnumerationLiteral const* candidate : enumeration.getLiterals()) {
+    if (candidate == literal) return candidate->getOrdinalValue();
+  }
+  return -1;
+}
+
 }  // namespace
 
 IcoreIPackage::IcoreIPackage() = default;
@@ -135,6 +150,30 @@ IUString const& IcoreIPackage::getIPrefix() {
 IFactory* IcoreIPackage::getFactory() { return IPackage::getFactory(); }
 
 IFactory const* IcoreIPackage::getFactory() const { return IPackage::getFactory(); }
+
+IEnumerationLiteral const* IcoreIPackage::literalOf(IClassKind const& constant) const {
+  return literalAt(*getIClassKindIEnumeration(), constant.getOrdinalValue());
+}
+
+IEnumerationLiteral const* IcoreIPackage::literalOf(IRedefinability const& constant) const {
+  return literalAt(*getIRedefinabilityIEnumeration(), constant.getOrdinalValue());
+}
+
+IEnumerationLiteral const* IcoreIPackage::literalOf(IReferenceScope const& constant) const {
+  return literalAt(*getIReferenceScopeIEnumeration(), constant.getOrdinalValue());
+}
+
+IClassKind const* IcoreIPackage::classKindOf(void const* literal) const {
+  return IClassKind::get(ordinalIn(*getIClassKindIEnumeration(), literal));
+}
+
+IRedefinability const* IcoreIPackage::redefinabilityOf(void const* literal) const {
+  return IRedefinability::get(ordinalIn(*getIRedefinabilityIEnumeration(), literal));
+}
+
+IReferenceScope const* IcoreIPackage::referenceScopeOf(void const* literal) const {
+  return IReferenceScope::get(ordinalIn(*getIReferenceScopeIEnumeration(), literal));
+}
 
 IProperty* IcoreIPackage::declaredProperty(int classIndex, int position) const {
   return classes_[classIndex]->getDeclaredProperties()[static_cast<std::size_t>(position)];

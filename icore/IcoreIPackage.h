@@ -11,7 +11,10 @@
 
 namespace com::veltrana::qvx::icore {
 
+class IClassKind;
 class IcoreIFactory;
+class IRedefinability;
+class IReferenceScope;
 
 class QVX_API IcoreIPackage : public IPackage {
  public:
@@ -67,6 +70,19 @@ class QVX_API IcoreIPackage : public IPackage {
   IProperty* getIProperty_ReferenceScopeIProperty() const { return declaredProperty(7, 9); }
   IProperty* getIProperty_OrderedIProperty() const { return declaredProperty(7, 10); }
   IProperty* getIProperty_UniqueIProperty() const { return declaredProperty(7, 11); }
+
+  // The enumeration-valued properties of metamodel objects (class kind, reference
+  // scope, redefinability) hold value-enumeration constants. Reflectively they read and
+  // write the literal of the core enumeration with the constant's ordinal, so generic
+  // code (both serializers) treats them like the enumerations of any package.
+  IEnumerationLiteral const* literalOf(IClassKind const& constant) const;
+  IEnumerationLiteral const* literalOf(IRedefinability const& constant) const;
+  IEnumerationLiteral const* literalOf(IReferenceScope const& constant) const;
+  // The constant that `literal` stands for; null when it is not a literal of the
+  // matching core enumeration.
+  IClassKind const* classKindOf(void const* literal) const;
+  IRedefinability const* redefinabilityOf(void const* literal) const;
+  IReferenceScope const* referenceScopeOf(void const* literal) const;
 
   void createPackageContents();
   void initializePackageContents();

@@ -49,6 +49,7 @@ constexpr QVXMessageText kTexts[] = {
     {76011, u"The encryption provider library %s returned no provider."},
     {76012, u"The package library resolver failed for package %s: %s"},
     {76013, u"The package library resolver named no library for package %s."},
+    {76014, u"The package library %s was loaded, but building its packages failed: %s"},
 
     // 77xxx: set-up of the XML serializer and reader, and the logger.
     {77000, u"The XML deserializer was given no input stream."},

@@ -5,6 +5,7 @@
 
 #include "icore/IClass.h"
 #include "icore/IEncryptionProvider.h"
+#include "icore/IEncryptionProviderImpl.h"
 #include "icore/IIdentity.h"
 #include "icore/IObjectReflector.h"
 #include "icore/IPackage.h"
@@ -83,6 +84,17 @@ IBOOLEAN QVXRuntime::deregisterPackage(IPackage* package) {
   const IUString& name = package->getQualifiedName();
   std::lock_guard<WkMutex> guard(registryLock_);
   return packageTable_.erase(name) > 0 ? ITRUE : IFALSE;
+}
+
+void QVXRuntime::withdrawPackage(IPackage const* package) {
+  std::lock_guard<WkMutex> guard(registryLock_);
+  for (auto entry = packageTable_.begin(); entry != packageTable_.end(); ++entry) {
+    if (entry->second != package) continue;
+    packageTable_.erase(entry);
+    break;
+  }
+  while (packageList_.removeElement(const_cast<IPackage*>(package))) {
+  }
 }
 
 IPackage* QVXRuntime::getIPackageForName(IUString const& qualifiedName) {
@@ -182,6 +194,15 @@ IEncryptionProvider* QVXRuntime::getEncryptionProvider() const {
     if (!library.isEmpty()) const_cast<QVXRuntime*>(this)->registerExternalModule(library, ignored);
   }
   return encryptionProvider_;
+}
+
+IEncryptionProvider* QVXRuntime::getOrInstallEncryptionProvider() {
+  if (IEncryptionProvider* provider = encryptionProvider_.load(std::memory_order_acquire)) return provider;
+  std::lock_guard<WkMutex> guard(encryptionLock_);
+  if (IEncryptionProvider* provider = getEncryptionProvider()) return provider;
+  auto* fallback = new IEncryptionProviderImpl();
+  encryptionProvider_.store(fallback, std::memory_order_release);
+  return fallback;
 }
 
 IBOOLEAN QVXRuntime::isEncryptionProviderRegistered() const { return encryptionProvider_ != nullptr ? ITRUE : IFALSE; }

@@ -27,7 +27,8 @@ class IObjectInfo;
 class IPackage;
 namespace internal {
 class IdentityManager;
-}
+class IObjectInternal;
+}  // namespace internal
 namespace runtime {
 class IdentityExternalizer;
 class SeedRegistry;
@@ -115,6 +116,18 @@ class QVX_API QVXRuntime {
   QVXRuntime& operator=(const QVXRuntime&) = delete;
 
   ISTATUS registerExternalModule(IUString const& libraryName, IUString& error);
+
+  // The provider for IObjectInternal's encrypt and decrypt: the registered one, else the
+  // one the environment names (tried once), else a new default provider, registered
+  // here. Decided under the encryption lock, so threads that encrypt at once install
+  // one provider, and none replaces a provider the host registers meanwhile.
+  IEncryptionProvider* getOrInstallEncryptionProvider();
+  friend class internal::IObjectInternal;
+
+  // Forgets `package` wherever the table or the list holds it, for a package that is
+  // destroyed; another package registered under the same name stays.
+  void withdrawPackage(IPackage const* package);
+  friend class IPackage;
 
   internal::IdentityManager* identityManager_;  // process-wide singleton
   runtime::SeedRegistry* seedRegistry_;

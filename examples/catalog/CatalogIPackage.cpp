@@ -13,6 +13,7 @@
 #include "icore/IReferenceScope.h"
 #include "icore/IcoreIPackage.h"
 #include "icore/QVXRuntime.h"
+#include "icore/runtime/PackageRegistration.h"
 #include "platform/QvxAssert.h"
 
 namespace com::example::catalog {
@@ -146,10 +147,10 @@ CatalogIPackage* CatalogIPackage::iGetInstance() {
 CatalogIPackage* CatalogIPackage::init() {
   // The property types are the core primitive data types, made with the core package.
   QVX_ASSERT(IcoreIPackage::iGetInstance() != nullptr);
-  auto* package = new CatalogIPackage();
+  internal::PackageUnderConstruction<CatalogIPackage> package(new CatalogIPackage());
   package->createPackageContents();
   package->initializePackageContents();
-  return package;
+  return package.release();  // lives for the process
 }
 
 IUString const& CatalogIPackage::getIName() {
@@ -195,7 +196,8 @@ void CatalogIPackage::initializePackageContents() {
 namespace {
 // Loading the library builds the package and registers it with the runtime, so that a
 // reader that loads the library on demand finds the package afterwards.
-[[maybe_unused]] const bool gRegisteredAtLoad = CatalogIPackage::iGetInstance() != nullptr;
+[[maybe_unused]] const bool gRegisteredAtLoad =
+    com::veltrana::qvx::icore::runtime::PackageRegistration::buildPackagesOnLoad([] { CatalogIPackage::iGetInstance(); });
 }  // namespace
 
 }  // namespace com::example::catalog

@@ -4,7 +4,6 @@
 
 #include "icore/IClass.h"
 #include "icore/IEncryptionProvider.h"
-#include "icore/IEncryptionProviderImpl.h"
 #include "icore/IIdentity.h"
 #include "icore/IProperty.h"
 #include "icore/QVXMsgCatalog.h"
@@ -154,22 +153,13 @@ IBOOLEAN IObjectInternal::instanceOf(IClass const& candidate) const {
   return class_->isTypeOf(candidate);
 }
 
-namespace {
-// The registered provider; the default one is installed (and owned by the runtime)
-// when none is registered yet.
-IEncryptionProvider* providerOrDefault() {
-  QVXRuntime* runtime = QVXRuntime::getInstance();
-  if (!runtime->isEncryptionProviderRegistered()) runtime->registerEncryptionProvider(new IEncryptionProviderImpl());
-  return runtime->getEncryptionProvider();
-}
-}  // namespace
-
+// The runtime installs the default provider (and owns it) when there is none yet.
 IUString IObjectInternal::encrypt(IUString value, IProperty const* property, IObject const* object) {
-  return providerOrDefault()->encrypt(std::move(value), property, object);
+  return QVXRuntime::getInstance()->getOrInstallEncryptionProvider()->encrypt(std::move(value), property, object);
 }
 
 IUString IObjectInternal::decrypt(IUString value, IProperty const* property, IObject const* object) {
-  return providerOrDefault()->decrypt(std::move(value), property, object);
+  return QVXRuntime::getInstance()->getOrInstallEncryptionProvider()->decrypt(std::move(value), property, object);
 }
 
 void IObjectInternal::performChecksBeforeSet() const {

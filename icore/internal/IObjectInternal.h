@@ -13,8 +13,9 @@
 //                       IVector<IObject*> for references, IVector<IEnumerationLiteral*>
 //                       for enumerations, IVector<T*> for primitives of value type T
 //                       (the owner owns the values)
-// iSet copies the value it is pointed to (a date too); only the boxed IDate keeps the
-// date pointer it is given, as its setValue does. Proxy resolution relies on the copy.
+// iSet copies the value it is pointed to, in every class (a date too, the boxed IDate's
+// included), so `b.set(p, a.get(p))` never shares a value. Proxy resolution relies on
+// the copy.
 // Ownership: an object owns the values of its containment properties and the values of
 // its multi-valued primitive properties, and destroys them with itself. Setting a
 // single-valued containment replaces the value without destroying the old one: the

@@ -18,6 +18,11 @@ void IDate::setValue(WkDate const* date) {
 
 void const* IDate::reflectiveValue(unsigned int*) const { return getValue(); }
 
-void IDate::assignReflective(void* value, unsigned int) { setValue(static_cast<WkDate const*>(value)); }
+void IDate::assignReflective(void* value, unsigned int) {
+  auto const* date = static_cast<WkDate const*>(value);
+  std::unique_ptr<WkDate const> copy(date != nullptr ? new WkDate(*date) : nullptr);
+  setValue(copy.get());
+  copy.release();  // now the object's
+}
 
 }  // namespace com::veltrana::qvx::icore::primitives

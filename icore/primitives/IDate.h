@@ -1,8 +1,8 @@
 // A boxed date: an owned WkDate, so that a date can stand where a model object is
 // expected. A new IDate holds the epoch (WkDate's default). At the reflective
-// interface the value is the WkDate pointer itself, and iSet, like setValue, TAKES
-// OWNERSHIP of the date it is given (a date made by primitiveFromString can be handed
-// straight over).
+// interface the value is the WkDate pointer itself; iSet copies the date it is given,
+// like every reflective set, so that a generic copy `b.set(p, a.get(p))` leaves each
+// object with a date of its own. setValue alone takes ownership of its argument.
 #pragma once
 
 #include <memory>

@@ -74,10 +74,10 @@ PrimitivesIPackage* PrimitivesIPackage::init() {
   // The value properties are typed by the core data types, which the core package makes.
   IcoreIPackage::iGetInstance();
   QVX_ASSERT(ICoreDatatypes::I_STRING != nullptr);
-  auto* package = new PrimitivesIPackage();  // lives for the process
+  internal::PackageUnderConstruction<PrimitivesIPackage> package(new PrimitivesIPackage());
   package->createPackageContents();
   package->initializePackageContents();
-  return package;
+  return package.release();  // lives for the process
 }
 
 IUString const& PrimitivesIPackage::getIName() {

@@ -4,6 +4,8 @@
 // files found through QVX_PACKAGELIBMAP_FILES_PATH); loading the library runs its static
 // initialisers, which build and register its packages. Libraries stay loaded for the
 // life of the process. Loads are serialised; the resolver is registered once at start-up.
+// No exception leaves a load: a package library builds its packages through
+// buildPackagesOnLoad, which hands a failure back to the load as its error text.
 #pragma once
 
 #include "platform/IStatus.h"
@@ -31,6 +33,16 @@ class QVX_API PackageRegistration {
   // Resolves and loads the library of `packageName`; on failure `error` says why
   // (76005 no resolver, 76012 resolver error, 76013 empty name, or the loader's text).
   static ISTATUS loadPackageLibrary(IUString const& packageName, IUString& error);
+
+  // For the load-time hook of a package library (generated code): runs `build`, which
+  // builds the library's packages, without letting an exception out of the library's
+  // static initialisation, where it would end the process. When loadPackageLibrary is
+  // loading the library, that load fails with the exception's text (message 76014),
+  // and every later load of the same library runs `build` again, so a package whose
+  // build failed (a name already taken, say) is built once the cause is gone. Returns
+  // whether `build` succeeded. A library linked into the program rather than loaded
+  // has no load to report to; its packages build again on first use.
+  static bool buildPackagesOnLoad(void (*build)()) noexcept;
 
  private:
   static ISTATUS loadExternalModule(IUString const& libraryName, IUString& error);

@@ -52,18 +52,39 @@ SeedRegistry::SeedRegistry() : registry_(21) {}
 SeedRegistry::~SeedRegistry() = default;
 
 IObject* SeedRegistry::getObjectById(IUString const& id) {
-  std::lock_guard<WkMutex> guard(lock_);
-  auto found = registry_.find(id);
-  if (found != registry_.end()) return found->second;
-  if (loaderCallback_ != nullptr) {
-    if (IObject* loaded = loaderCallback_(id)) {
-      registerSeedObject(loaded);
-      return loaded;
-    }
+  SeedLoaderCallback callback = nullptr;
+  {
+    std::lock_guard<WkMutex> guard(lock_);
+    if (IObject* known = findRegistered(id)) return known;
+    callback = loaderCallback_;
+  }
+  // Unlocked from here on while loading: see the class comment.
+  if (callback != nullptr) {
+    if (IObject* loaded = callback(id)) return adoptLoadedObject(loaded);
   }
   registerAllSeedObjects(id);
-  found = registry_.find(id);
+  std::lock_guard<WkMutex> guard(lock_);
+  return findRegistered(id);
+}
+
+IObject* SeedRegistry::findRegistered(IUString const& id) const {
+  auto found = registry_.find(id);
   return found != registry_.end() ? found->second : nullptr;
+}
+
+IObject* SeedRegistry::adoptLoadedObject(IObject* loaded) {
+  IObjectInfo const* info = QVXRuntime::getInstance()->getIObjectInfo(static_cast<IObject const*>(loaded));
+  auto const* seedIdentity = info != nullptr ? dynamic_cast<SeedIdentity const*>(info->getIdentity()) : nullptr;
+  std::lock_guard<WkMutex> guard(lock_);
+  if (seedIdentity != nullptr) {
+    IObject* registered = findRegistered(seedIdentity->getIdString());
+    if (registered != nullptr && registered != loaded) {
+      delete loaded;  // a copy: another thread's load of the same id came first
+      return registered;
+    }
+  }
+  registerSeedObject(loaded);
+  return loaded;
 }
 
 IVector<IObject*>* SeedRegistry::getObjectsByType(IClass const& objectClass) {
@@ -172,10 +193,11 @@ void SeedRegistry::registerAllSeedObjects(IUString const& id) {
   std::ifstream input(path.toUtf8(), std::ios::in | std::ios::binary);
   if (!input.is_open()) throw IOException(qvxFormatMsg(76000, fileName));
 
-  // TODO(xml-reader): read the document's objects with the XML deserializer and call
-  // registerSeedObject for each top-level object, in document order. Until that reader
-  // exists an existing seed file is reported as unreadable rather than silently
-  // treated as empty.
+  // TODO(xml-reader): read the document's objects with the XML deserializer, still
+  // without the lock (reading may load package libraries), then under the lock call
+  // registerSeedObject for each top-level object, in document order, deleting those
+  // whose id another thread registered meanwhile. Until that reader exists an existing
+  // seed file is reported as unreadable rather than silently treated as empty.
   throw IOException(IUString::format("Seed file %s was found, but reading seed files is not available in this build.",
                                      path));
 }

@@ -21,9 +21,16 @@ namespace com::veltrana::qvx::icore::runtime {
 
 // Fills lazily and keeps what it registered until removeObjectsByType empties it. It
 // owns the objects read from seed files and, once registered, those that the loader
-// callback hands over; removeObjectsByType deletes them. Every public operation holds
-// one recursive lock for its whole run, the loader callback and seed-file reading
-// included, so a callback may call back into the registry on the same thread.
+// callback hands over; removeObjectsByType deletes them.
+//
+// Thread-safe: one recursive lock guards the map and the callback. It is NOT held
+// while the loader callback runs or a seed file is read, because both may load a
+// package library: the loader holds its own lock (and the system's) while the
+// library's static initialisers run, and those may use this registry, so holding ours
+// across the call would order the two locks both ways and could deadlock. A callback
+// may call back into the registry. Two threads that miss the same id at once may both
+// load it; the first object registered under an id stays, and a later copy that the
+// registry was handed is deleted.
 class QVX_API SeedRegistry {
  public:
   // Returns the seeded object with seed id `id`, or null; the callback's result is
@@ -59,11 +66,18 @@ class QVX_API SeedRegistry {
   ~SeedRegistry();
 
   // Adds `object` under its seed id and, walking its containments, every contained
-  // object of a seeded identifiable class.
+  // object of a seeded identifiable class. Called with the lock held.
   void registerSeedObject(IObject const* object);
-  // Reads the seed file that should hold `id` and registers its top-level objects.
+  // Registers `loaded`, which the loader callback made and the registry now owns, and
+  // returns it; when another thread registered an object under its id meanwhile,
+  // deletes `loaded` and returns that object instead.
+  IObject* adoptLoadedObject(IObject* loaded);
+  // Reads the seed file that should hold `id` (without the lock) and registers its
+  // top-level objects.
   void registerAllSeedObjects(IUString const& id);
   void addObjectInRegistry(IUString id, IObject* object);
+  // The object registered under `id`, or null. Called with the lock held.
+  IObject* findRegistered(IUString const& id) const;
   // "a.b:T.x/y" -> "a.b.T.seed.xml": the text before the first "/", cut at its last
   // ".", with ":" turned into ".".
   static IUString createFileNameFromId(IUString const& id);

@@ -11,6 +11,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -21,6 +24,7 @@
 #include "icore/IcoreIPackage.h"
 #include "icore/QVXRuntime.h"
 #include "icore/runtime/SeedRegistry.h"
+#include "io/exception/IOException.h"
 #include "tests/support/FreshProcess.h"
 #include "tests/support/TestPackage.h"
 
@@ -87,6 +91,72 @@ TEST(ConcurrencyTest, FirstUseFromManyThreadsGivesOneConsistentState) {
       checks.expect(first.runtime->getIPackageForName(package->getQualifiedName()) == package,
                     "a package is not registered under its name");
     }
+  });
+}
+
+const IUString kSeedUserPackage("com.example.test.seeduser");
+
+IUString seedUserLibrary(IUString const& packageName, IUString& error) {
+  if (packageName == kSeedUserPackage) return IUString(QVX_TEST_SEED_USER_LIBRARY_STEM);
+  error = IUString("no library is known for ") + packageName;
+  return IUString();
+}
+
+std::atomic<bool> gLookupInCallback{false};
+
+// A seed loader that, like a host's, loads the package library of the id it is asked
+// for. It lingers first, so that the other thread's load is under way by then.
+IObject* loaderThatLoadsALibrary(IUString const&) {
+  gLookupInCallback = true;
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  IUString error;
+  QVXRuntime::loadPackageLibrary(kSeedUserPackage, error);
+  return nullptr;
+}
+
+// Waits until `finished` reaches `count`. Threads that take longer than `limit` are
+// taken to be deadlocked: they can never be joined, so the process says so and ends.
+void awaitOrEnd(std::atomic<int> const& finished, int count, std::chrono::seconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  while (finished.load() < count) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      std::fputs("the threads are deadlocked\n", stderr);
+      std::_Exit(1);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+}
+
+// One thread misses in the seed registry and its loader loads a package library;
+// another loads a library whose static initialisation uses the seed registry. Each
+// path takes the registry's lock and the loader's lock, so they must never hold one
+// while waiting for the other.
+TEST(ConcurrencyTest, SeedLookupThatLoadsALibraryAndALibraryThatUsesSeedsDoNotDeadlock) {
+  runInFreshProcess([](FreshProcessChecks& checks) {
+    QVXRuntime::registerPackageLibraryResolver(&seedUserLibrary);
+    SeedRegistry::getInstance()->registerSeedLoaderCallback(&loaderThatLoadsALibrary);
+    std::atomic<int> finished{0};
+    bool lookupFailedAsExpected = false;
+    ISTATUS loaded = ISTATUS_FAILURE;
+    IUString error;
+    std::thread lookup([&] {
+      try {
+        SeedRegistry::getInstance()->getObjectById("smd:com.example.test.seeduser:Kind.x");
+      } catch (com::veltrana::qvx::io::exception::IOException const&) {
+        lookupFailedAsExpected = true;  // no resource resolver, so no seed file either
+      }
+      ++finished;
+    });
+    std::thread load([&] {
+      while (!gLookupInCallback.load()) std::this_thread::yield();
+      loaded = QVXRuntime::loadPackageLibrary(kSeedUserPackage, error);
+      ++finished;
+    });
+    awaitOrEnd(finished, 2, std::chrono::seconds(30));
+    lookup.join();
+    load.join();
+    checks.expect(lookupFailedAsExpected, "the lookup did not end in the missing seed file");
+    checks.expect(loaded == ISTATUS_SUCCESS, "the library did not load: " + error.toUtf8());
   });
 }
 

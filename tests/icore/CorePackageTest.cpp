@@ -7,22 +7,28 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "icore/ICoreDatatypes.h"
+#include "icore/IClassKind.h"
 #include "icore/IDatatype.h"
 #include "icore/IEnumeration.h"
 #include "icore/IEnumerationLiteral.h"
 #include "icore/IcoreIFactory.h"
 #include "icore/QVXMsgCatalog.h"
+#include "icore/IRedefinability.h"
+#include "icore/IReferenceScope.h"
 #include "icore/QVXRuntime.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "icore/exception/UnsupportedOperationException.h"
 #include "icore/internal/PackageTables.h"
 #include "tests/support/MetamodelText.h"
+#include "tests/support/TestPackageLoader.h"
 #include "tests/support/ThrownMessage.h"
 
 namespace {
@@ -152,10 +158,106 @@ TEST(CorePackageTest, FactoryMakesConcreteMetaclassesAndRefusesTheRest) {
     std::unique_ptr<IObject> made(factory->create(*metaclass));
     EXPECT_EQ(static_cast<internal::IObjectInternal*>(made.get())->iGetIClass(), metaclass);
   }
-  int value = 1;
-  IEnumeration* kinds = core().getIClassKindIEnumeration();
-  EXPECT_EQ(messageOf<exception::IllegalArgumentException>([&] { delete factory->datatypeToString(*kinds, &value); }),
-            qvxFormatMsg(73002, kinds->getQualifiedName()));
+  // The enumerations of other packages are their own factories' business.
+  auto* lineStyle = static_cast<IEnumeration*>(shapes_test::loadShapesPackage()->getType("LineStyle"));
+  ASSERT_NE(lineStyle, nullptr);
+  void const* solid = lineStyle->getLiterals()[0];
+  EXPECT_EQ(messageOf<exception::IllegalArgumentException>([&] { delete factory->datatypeToString(*lineStyle, solid); }),
+            qvxFormatMsg(73002, lineStyle->getQualifiedName()));
+  EXPECT_EQ(messageOf<exception::IllegalArgumentException>([&] { factory->datatypeFromString(*lineStyle, "SOLID"); }),
+            qvxFormatMsg(73002, lineStyle->getQualifiedName()));
+}
+
+// Every metamodel object of the core package: the package, its types, the classes'
+// properties and the enumerations' literals.
+std::vector<IModelElement*> coreElements() {
+  std::vector<IModelElement*> elements{&core()};
+  for (IType* type : core().getTypes()) {
+    elements.push_back(type);
+    if (type->isClass()) {
+      for (IProperty* property : static_cast<IClass*>(type)->getDeclaredProperties()) elements.push_back(property);
+    } else if (type->isEnum()) {
+      for (IEnumerationLiteral* literal : static_cast<IEnumeration*>(type)->getLiterals()) elements.push_back(literal);
+    }
+  }
+  return elements;
+}
+
+// The name of the constant that the typed getter gives for an enumeration-valued
+// property of a metamodel object.
+std::string typedValueName(IModelElement const& element, IProperty const& property) {
+  if (&property == core().getIClass_ClassKindIProperty()) {
+    return static_cast<IClass const&>(element).getClassKind().getName().toUtf8();
+  }
+  if (&property == core().getIClass_ReferenceScopeIProperty()) {
+    return static_cast<IClass const&>(element).getReferenceScope().getName().toUtf8();
+  }
+  if (&property == core().getIProperty_RedefinabilityIProperty()) {
+    return static_cast<IProperty const&>(element).getRedefinability().getName().toUtf8();
+  }
+  if (&property == core().getIProperty_ReferenceScopeIProperty()) {
+    return static_cast<IProperty const&>(element).getReferenceScope().getName().toUtf8();
+  }
+  return "(no typed getter for " + property.getName().toUtf8() + ")";
+}
+
+// Both serializers write an enumeration value as its literal's text through the
+// factory of the enumeration's package and read it back the same way, so the core
+// package's own objects must survive that like any others: walked reflectively, every
+// enumeration-valued property reads as a literal of its core enumeration, whose text
+// names the constant the typed getter gives, reads back as that literal and sets.
+TEST(CorePackageTest, EnumerationValuesOfMetamodelObjectsConvertToTextAndBack) {
+  IFactory* factory = core().getFactory();
+  std::map<std::string, int> conversions;  // by property
+  for (IModelElement* element : coreElements()) {
+    IObjectInfo& info = element->iGetIObjectInfo();
+    for (IProperty* property : info.getIClass()->getAllProperties(ITRUE)) {
+      if (!property->isEnum()) continue;
+      const std::string where = element->getQualifiedName().toUtf8() + " " + property->getName().toUtf8();
+      auto const& enumeration = static_cast<IEnumeration const&>(*property->getType());
+      ASSERT_EQ(enumeration.getPackage(), &core()) << where;
+      void const* value = info.get(*property, IFALSE);
+      IVector<IEnumerationLiteral*> const& literals = enumeration.getLiterals();
+      ASSERT_NE(std::find(literals.begin(), literals.end(), value), literals.end()) << where << ": not a literal";
+
+      std::unique_ptr<IUString> text(factory->datatypeToString(enumeration, value));
+      ASSERT_NE(text, nullptr) << where;
+      EXPECT_EQ(text->toUtf8(), typedValueName(*element, *property)) << where;
+      void* back = factory->datatypeFromString(enumeration, *text);
+      EXPECT_EQ(back, value) << where;
+      info.set(*property, back, 0, IFALSE);
+      EXPECT_EQ(info.get(*property, IFALSE), value) << where;
+      EXPECT_EQ(text->toUtf8(), typedValueName(*element, *property)) << where << ": changed by the set";
+      ++conversions[property->getDeclaringClass()->getName().toUtf8() + "." + property->getName().toUtf8()];
+    }
+  }
+  const std::size_t classCount = 10;
+  std::size_t propertyCount = 0;
+  for (IType* type : core().getTypes()) {
+    if (type->isClass()) propertyCount += static_cast<IClass*>(type)->getDeclaredProperties().size();
+  }
+  EXPECT_EQ(conversions, (std::map<std::string, int>{{"IClass.classKind", static_cast<int>(classCount)},
+                                                      {"IClass.referenceScope", static_cast<int>(classCount)},
+                                                      {"IProperty.redefinability", static_cast<int>(propertyCount)},
+                                                      {"IProperty.referenceScope", static_cast<int>(propertyCount)}}));
+  EXPECT_EQ(factory->datatypeFromString(*core().getIClassKindIEnumeration(), "first_class"), nullptr);
+}
+
+// A literal of another enumeration, or none, is no value for an enumeration-valued
+// metamodel property; the value stays what it was.
+TEST(CorePackageTest, EnumerationPropertiesOfMetamodelObjectsRefuseForeignLiterals) {
+  std::unique_ptr<IObject> made(IcoreIFactory::iGetInstance()->create(*core().getIClassIClass()));
+  auto& madeClass = static_cast<IClass&>(*made);
+  IProperty const& kind = *core().getIClass_ClassKindIProperty();
+  void* scopeLiteral = core().getIReferenceScopeIEnumeration()->getLiterals()[IReferenceScope::nEXTERNAL];
+  void* kindLiteral = core().getIClassKindIEnumeration()->getLiterals()[IClassKind::nVALUE_CLASS];
+  madeClass.iGetIObjectInfo().set(kind, kindLiteral, 0, IFALSE);
+  EXPECT_EQ(&madeClass.getClassKind(), &IClassKind::VALUE_CLASS);
+  for (void* wrong : {scopeLiteral, static_cast<void*>(nullptr)}) {
+    EXPECT_EQ(messageOf<exception::IllegalArgumentException>([&] { madeClass.iGetIObjectInfo().set(kind, wrong, 0, IFALSE); }),
+              qvxFormatMsg(73006, kind.getName(), madeClass.getName()));
+    EXPECT_EQ(&madeClass.getClassKind(), &IClassKind::VALUE_CLASS);
+  }
 }
 
 // A build that throws must not leave the holder answering null for ever after: the
@@ -166,6 +268,33 @@ TEST(CorePackageTest, PackageInstanceBuildsAgainAfterAFailedBuild) {
   EXPECT_THROW(holder.get([]() -> Package* { throw std::runtime_error("build failed"); }), std::runtime_error);
   static Package built;
   EXPECT_EQ(holder.get([] { return &built; }), &built);
+}
+
+// A build that fails after its package registered must take the package out of the
+// runtime as it deletes it: else the runtime keeps a dangling package, and the next
+// build finds the name taken for ever.
+TEST(CorePackageTest, PackageWhoseBuildFailsAfterRegisteringIsWithdrawnAndBuildsAgain) {
+  QVXRuntime* theRuntime = QVXRuntime::getInstance();
+  core();  // registered by the first package made, so before the count
+  const std::size_t listedBefore = theRuntime->getAllIPackages().size();
+  internal::PackageInstance<IPackage> holder;
+  bool contentsFail = true;
+  auto build = [&contentsFail, theRuntime]() -> IPackage* {
+    internal::PackageUnderConstruction<IPackage> package(new IPackage());
+    package->setName("flaky");
+    package->setNsPrefix("com.example.test");
+    theRuntime->registerPackage(package.get());
+    if (contentsFail) throw std::runtime_error("contents failed");
+    return package.release();
+  };
+  EXPECT_THROW(holder.get(build), std::runtime_error);
+  EXPECT_EQ(theRuntime->isPackageRegistered("com.example.test.flaky"), IFALSE);
+  EXPECT_EQ(theRuntime->getAllIPackages().size(), listedBefore);
+  contentsFail = false;
+  IPackage* built = holder.get(build);
+  EXPECT_EQ(theRuntime->getIPackageForName("com.example.test.flaky"), built);
+  delete built;  // the holder is this test's, so the package is too
+  EXPECT_EQ(theRuntime->isPackageRegistered("com.example.test.flaky"), IFALSE);
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 #include "icore/primitives/IBoolean.h"
 #include "icore/primitives/IByte.h"
 #include "icore/primitives/ICharacter.h"
+#include "icore/primitives/IDate.h"
 #include "icore/primitives/IDouble.h"
 #include "icore/primitives/IFloat.h"
 #include "icore/primitives/IInteger.h"
@@ -142,6 +143,35 @@ TEST(IBlobTest, KeepsItsOwnCopyAndTheOldLengthAfterANullValue) {
   ASSERT_EQ(length, 3u);
   EXPECT_NE(read, bytes);
   EXPECT_EQ(std::string(static_cast<char const*>(read), 3), std::string(bytes, 3));
+}
+
+// A reflective set copies the date, as every reflective set copies its value, so the
+// generic copy of a property between two objects leaves each with its own date;
+// setValue alone adopts the date it is given.
+TEST(IDateTest, ReflectiveSetCopiesTheDateWhileSetValueAdoptsIt) {
+  IProperty const& value = *IDate::Properties::getValueIProperty();
+  IDate source;
+  source.setValue(new WkDate(WkDate::fromTime(1706708707, 250000000)));  // 01/31/2024 13:45:07.250
+  {
+    IDate copy;
+    copy.iGetIObjectInfo().set(value, const_cast<void*>(source.iGetIObjectInfo().get(value, ITRUE)), 0, ITRUE);
+    ASSERT_NE(copy.getValue(), nullptr);
+    EXPECT_NE(copy.getValue(), source.getValue());
+    EXPECT_EQ(*copy.getValue(), *source.getValue());
+  }  // the copy's date is freed here, the source's must still be usable
+  EXPECT_EQ(source.getValue()->getYear(), 2024);
+
+  WkDate local = WkDate::fromTime(946684799);  // 12/31/1999 23:59:59
+  IDate fromLocal;
+  fromLocal.iGetIObjectInfo().set(value, &local, 0, ITRUE);  // a date the caller keeps
+  local.AddToPart("S", 1);
+  EXPECT_EQ(fromLocal.getValue()->getYear(), 1999);
+  fromLocal.iGetIObjectInfo().set(value, nullptr, 0, ITRUE);
+  EXPECT_EQ(fromLocal.getValue(), nullptr);
+
+  auto* adopted = new WkDate();
+  fromLocal.setValue(adopted);
+  EXPECT_EQ(fromLocal.getValue(), adopted);
 }
 
 }  // namespace

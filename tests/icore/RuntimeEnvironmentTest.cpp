@@ -4,9 +4,12 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "icore/IEncryptionProvider.h"
 #include "icore/QVXRuntime.h"
@@ -59,6 +62,39 @@ TEST(RuntimeEnvironmentTest, ProviderLibraryIsLoadedOnFirstNeedAndOnlyOnce) {
       checks.expect(theRuntime->getEncryptionProvider() == nullptr, name + "a provider came back after clearing");
     });
   }
+}
+
+// The first encryption of a process often comes from an object, not from the runtime:
+// it must find the provider that the environment names rather than install the default
+// one, and threads that all encrypt first at once must install that one provider once.
+TEST(RuntimeEnvironmentTest, FirstEncryptionsOfObjectsFromManyThreadsUseTheProviderTheEnvironmentNames) {
+  runInFreshProcess([](FreshProcessChecks& checks) {
+    setenv("QVX_ENCRYPTION_PROVIDER_LIBRARY", QVX_TEST_PROVIDER_LIBRARY_STEM, 1);
+    QVXRuntime::getInstance();
+    constexpr int kThreads = 8;
+    std::vector<IUString> sealed(kThreads);
+    std::atomic<int> waiting{kThreads};
+    std::vector<std::thread> threads;
+    for (int index = 0; index < kThreads; ++index) {
+      threads.emplace_back([&sealed, &waiting, index] {
+        internal::IObjectInternal object;
+        --waiting;
+        while (waiting.load() > 0) std::this_thread::yield();  // all released together
+        sealed[index] = object.encrypt("abc", nullptr, &object);
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (const IUString& text : sealed) {
+      checks.expect(text == IUString("test:cba"), "an object did not use the provider the environment names: " +
+                                                      text.toUtf8());
+    }
+    checks.expect(entryPointCalls(QVX_TEST_PROVIDER_LIBRARY_STEM) == 1, "the provider library's entry point was not "
+                                                                        "called exactly once");
+    // The runtime owns the provider it loaded.
+    IEncryptionProvider* loaded = QVXRuntime::getInstance()->getEncryptionProvider();
+    QVXRuntime::getInstance()->registerEncryptionProvider(nullptr);
+    delete loaded;
+  });
 }
 
 }  // namespace

@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "icore/QVXMsgCatalog.h"
@@ -112,7 +115,7 @@ TEST_F(SeedRegistryTest, MissIsAskedOfTheCallbackThenOfTheSeedFileNamedFromTheId
 TEST_F(SeedRegistryTest, CallbackObjectAndItsSeededContentsAreFoundWithoutFilesAndDumped) {
   std::size_t registeredInCallback = 99;
   gRecorded.loader = [&registeredInCallback](IUString const& id) {
-    registeredInCallback = registeredCount();  // calls back into the registry, under its lock
+    registeredInCallback = registeredCount();  // calls back into the registry
     return id == kBasic ? makeBasicStencil() : nullptr;
   };
   IObject* stencil = registry_->getObjectById(kBasic);
@@ -183,6 +186,37 @@ TEST_F(SeedRegistryTest, DeepContainmentIsRegisteredWithoutExhaustingTheStack) {
     itemsOf<IObject>(stencil, "parts").clear();
     infoOf(stencil)->getAssociatedObject()->iSetContainer(nullptr, nullptr);
   }
+}
+
+std::atomic<int> gLoadersInside{0};
+
+// Makes a new stencil for each thread that asks, after waiting a while for the other
+// thread to come in too, so that both loads overlap.
+IObject* overlappingLoader(IUString const&) {
+  ++gLoadersInside;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+  while (gLoadersInside.load() < 2 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+  return makeBasicStencil();
+}
+
+// The loader runs without the registry's lock, so two threads that miss the same id
+// may both load it: both must get the object registered first, and the registry deletes
+// the other copy, which it was handed.
+TEST_F(SeedRegistryTest, TwoThreadsMissingTheSameIdShareTheFirstObjectAndTheCopyIsDeleted) {
+  const int liveBefore = shapesLiveObjectCount();
+  registry_->registerSeedLoaderCallback(&overlappingLoader);
+  IObject* found[2] = {};
+  std::thread first([&found, this] { found[0] = registry_->getObjectById(kBasic); });
+  std::thread second([&found, this] { found[1] = registry_->getObjectById(kBasic); });
+  first.join();
+  second.join();
+  registry_->registerSeedLoaderCallback(&forwardingLoader);
+  ASSERT_NE(found[0], nullptr);
+  EXPECT_EQ(found[0], found[1]);
+  EXPECT_EQ(gLoadersInside.load(), 2) << "the loads did not overlap";
+  EXPECT_EQ(registeredCount(), 3u);
+  // One stencil with its square, circle and note is left alive.
+  EXPECT_EQ(shapesLiveObjectCount(), liveBefore + 4);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // One-line descriptions of classes and properties, read through the core properties
-// of their metaclasses, so that a package's tests can state its metamodel as a table
+// of their metaclasses (enumeration values arrive as literals of the core enumerations), so that a package's tests can state its metamodel as a table
 // of short texts. Flags: C containment, K container, O ordered, U unique, S sensitive,
 // X written as an XML element (with its element name when it has one).
 #pragma once
@@ -8,10 +8,8 @@
 #include <type_traits>
 
 #include "icore/IClass.h"
-#include "icore/IClassKind.h"
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IProperty.h"
-#include "icore/IRedefinability.h"
-#include "icore/IReferenceScope.h"
 #include "icore/IcoreIPackage.h"
 
 namespace qvx_test {
@@ -39,8 +37,8 @@ inline std::string describe(com::veltrana::qvx::icore::IClass const& objectClass
   using P = icore::IcoreIPackage;
   std::string text = nameOf(&objectClass) + " : ";
   text += nameOf(reflected<icore::IClass>(objectClass, &P::getIClass_SuperClassIProperty)) + " ";
-  text += nameOf(reflected<icore::IClassKind>(objectClass, &P::getIClass_ClassKindIProperty));
-  text += " " + nameOf(reflected<icore::IReferenceScope>(objectClass, &P::getIClass_ReferenceScopeIProperty));
+  text += nameOf(reflected<icore::IEnumerationLiteral>(objectClass, &P::getIClass_ClassKindIProperty));
+  text += " " + nameOf(reflected<icore::IEnumerationLiteral>(objectClass, &P::getIClass_ReferenceScopeIProperty));
   if (*reflected<IBOOLEAN>(objectClass, &P::getIClass_AbstractIProperty)) text += " abstract";
   if (*reflected<IBOOLEAN>(objectClass, &P::getIClass_FinalIProperty)) text += " final";
   if (*reflected<IBOOLEAN>(objectClass, &P::getIClass_SeededIProperty)) text += " seeded";
@@ -64,7 +62,7 @@ inline std::string describe(com::veltrana::qvx::icore::IProperty const& property
                      std::to_string(*reflected<int>(property, &P::getIProperty_MinOccursIProperty)) + ".." +
                      std::to_string(*reflected<int>(property, &P::getIProperty_MaxOccursIProperty)) + "] " +
                      (flags.empty() ? "-" : flags) + " " +
-                     nameOf(reflected<icore::IReferenceScope>(property, &P::getIProperty_ReferenceScopeIProperty));
+                     nameOf(reflected<icore::IEnumerationLiteral>(property, &P::getIProperty_ReferenceScopeIProperty));
   std::string const defaultLiteral = reflected<IUString>(property, &P::getIProperty_DefaultValueLiteralIProperty)->toUtf8();
   if (!defaultLiteral.empty()) text += " =" + defaultLiteral;
   if (auto* opposite = reflected<icore::IProperty>(property, &P::getIProperty_OppositePropertyIProperty)) {
@@ -73,8 +71,9 @@ inline std::string describe(com::veltrana::qvx::icore::IProperty const& property
   if (auto* redefined = reflected<icore::IProperty>(property, &P::getIProperty_RedefinedPropertyIProperty)) {
     text += " redefines " + pathOf(redefined);
   }
-  auto* redefinability = reflected<icore::IRedefinability>(property, &P::getIProperty_RedefinabilityIProperty);
-  if (redefinability != &icore::IRedefinability::FINAL_PROPERTY) text += " " + nameOf(redefinability);
+  const std::string redefinability =
+      nameOf(reflected<icore::IEnumerationLiteral>(property, &P::getIProperty_RedefinabilityIProperty));
+  if (redefinability != "FINAL_PROPERTY") text += " " + redefinability;
   return text;
 }
 

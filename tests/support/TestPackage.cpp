@@ -109,18 +109,18 @@ ShapesIPackage* ShapesIPackage::iGetInstance() {
 }
 
 ShapesIPackage* ShapesIPackage::init() {
-  auto* package = new ShapesIPackage();  // lives for the process
+  icore::internal::PackageUnderConstruction<ShapesIPackage> package(new ShapesIPackage());
   package->createContents(kTables);
   package->setName("shapes");
   package->setNsPrefix("com.example.test");
   package->setVersion("1.0.0");
   package->setXMLPackageNsPrefix("shp");
-  icore::QVXRuntime::getInstance()->registerPackage(package);
+  icore::QVXRuntime::getInstance()->registerPackage(package.get());
   package->initializeContents(kTables);
   ShapesIFactory* factory = ShapesIFactory::iGetInstance();
   package->setFactory(factory);
-  factory->setPackage(package);
-  return package;
+  factory->setPackage(package.get());
+  return package.release();  // lives for the process
 }
 
 ShapesIFactory* ShapesIFactory::iGetInstance() {

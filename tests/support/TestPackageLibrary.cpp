@@ -1,14 +1,12 @@
 // The load-time hook of the shared library qvx_test_package: like a generated package
 // library, loading it builds the package, which registers itself with the runtime.
+#include "icore/runtime/PackageRegistration.h"
 #include "tests/support/TestPackage.h"
 
 namespace {
 
-struct RegisterOnLoad {
-  RegisterOnLoad() { com::example::test::shapes::ShapesIPackage::iGetInstance(); }
-};
-
-const RegisterOnLoad gRegisterOnLoad;
+[[maybe_unused]] const bool gRegisteredAtLoad = com::veltrana::qvx::icore::runtime::PackageRegistration::
+    buildPackagesOnLoad([] { com::example::test::shapes::ShapesIPackage::iGetInstance(); });
 
 }  // namespace
 
