@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/QvxExport.h"
 #include "utils/TXMLArena.h"
@@ -56,9 +58,11 @@ class QVX_API TXMLDOMModel {
   friend class TXMLGenerate;
 
   detail::TXMLNodeRecord* newNode(TXMLName name, detail::TXMLNodeRecord* parent);
+  std::string_view nameText(std::uint32_t index) const { return nameTexts_[index]; }
 
   TXMLArena arena_;
   std::unordered_map<std::string_view, TXMLName> names_;
+  std::vector<std::string_view> nameTexts_;  // by name index
 };
 
 }  // namespace com::veltrana::qvx::utils

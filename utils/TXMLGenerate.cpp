@@ -12,38 +12,37 @@ namespace com::veltrana::qvx::utils {
 using detail::TXMLAttributeRecord;
 using detail::TXMLNodeRecord;
 
-namespace {
 
-void writeStartTag(TXMLBufferedWriter& writer, TXMLNodeRecord const& node) {
+void TXMLGenerate::writeStartTag(TXMLBufferedWriter& writer, TXMLNodeRecord const& node) const {
   writer.write('<');
-  writer.write(node.name->text);
+  writer.write(nameText(node.nameIndex));
   for (TXMLAttributeRecord const* attribute = node.firstAttribute; attribute != nullptr;
        attribute = attribute->next) {
     writer.write(' ');
-    writer.write(attribute->name->text);
+    writer.write(nameText(attribute->nameIndex));
     writer.write("=\"");
-    writer.writeEscapedAttribute(attribute->value);
+    writer.writeEscapedAttribute(std::string_view(attribute->value(), attribute->valueLength));
     writer.write('"');
   }
 }
 
-void writeEndTag(TXMLBufferedWriter& writer, TXMLNodeRecord const& node) {
+void TXMLGenerate::writeEndTag(TXMLBufferedWriter& writer, TXMLNodeRecord const& node) const {
   writer.write("</");
-  writer.write(node.name->text);
+  writer.write(nameText(node.nameIndex));
   writer.write('>');
 }
 
 // One loop over first child, next sibling and parent: the stack stays the same at any
 // depth of nesting.
-void writeTree(TXMLBufferedWriter& writer, TXMLNodeRecord const* root) {
-  TXMLNodeRecord const* node = root;
+void TXMLGenerate::writeTree(TXMLBufferedWriter& writer) const {
+  TXMLNodeRecord const* node = root_;
   while (true) {
     writeStartTag(writer, *node);
-    if (node->firstChild == nullptr && node->text.empty()) {
+    if (node->firstChild == nullptr && node->textLength == 0) {
       writer.write("/>");
     } else {
       writer.write('>');
-      writer.writeEscapedText(node->text);
+      writer.writeEscapedText(std::string_view(node->text, node->textLength));
       if (node->firstChild != nullptr) {
         node = node->firstChild;
         writer.write('\n');
@@ -52,18 +51,16 @@ void writeTree(TXMLBufferedWriter& writer, TXMLNodeRecord const* root) {
       writeEndTag(writer, *node);
     }
     // Climb until a node has a next sibling, closing the elements left behind.
-    while (node != root && node->nextSibling == nullptr) {
+    while (node != root_ && node->nextSibling == nullptr) {
       node = node->parent;
       writer.write('\n');
       writeEndTag(writer, *node);
     }
-    if (node == root) return;
+    if (node == root_) return;
     node = node->nextSibling;
     writer.write('\n');
   }
 }
-
-}  // namespace
 
 TXMLGenerate::TXMLGenerate() = default;
 
@@ -79,7 +76,7 @@ int TXMLGenerate::outputXMLFile(IOutputStream& out) const {
   // The buffer is too big for the stack of a thread that a host may have made small.
   auto writer = std::make_unique<TXMLBufferedWriter>(out);
   try {
-    writeTree(*writer, root_);
+    writeTree(*writer);
     writer->write('\n');
     writer->flush();
   } catch (...) {  // whatever the stream throws, the document is incomplete

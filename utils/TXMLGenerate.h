@@ -12,6 +12,8 @@ class IOutputStream;
 
 namespace com::veltrana::qvx::utils {
 
+class TXMLBufferedWriter;
+
 // Output layout: every element starts on a line of its own and an element with child
 // elements ends on a line of its own; there is no indentation (which would grow with
 // the square of the depth). Text comes right after its start tag, attributes in the
@@ -29,6 +31,11 @@ class QVX_API TXMLGenerate : public TXMLDOMModel {
   // Writes the tree under the root to `out` and flushes it. Returns 0 on success, 1
   // when there is no root or the stream threw; the stream then keeps what reached it.
   int outputXMLFile(IOutputStream& out) const;
+
+ private:
+  void writeTree(TXMLBufferedWriter& writer) const;
+  void writeStartTag(TXMLBufferedWriter& writer, detail::TXMLNodeRecord const& node) const;
+  void writeEndTag(TXMLBufferedWriter& writer, detail::TXMLNodeRecord const& node) const;
 };
 
 }  // namespace com::veltrana::qvx::utils
