@@ -1,5 +1,7 @@
 #include "io/XMLSerializer.h"
 
+#include <typeinfo>
+
 #include "icore/IClass.h"
 #include "icore/IObjectInfo.h"
 #include "icore/QVXLogger.h"
@@ -43,7 +45,12 @@ XMLSerializer::XMLSerializer(IOutputStream* out, utils::ILogger* logger)
     logAndThrow<IOException>(*logger_, qvxGetMsg(77006));
   }
   environmentStarted_ = true;
-  document_ = std::make_unique<XMLSerializerDocument>(*logger_);
+  // A QVXLogger swallows every message whatever its level says, so nothing is lost
+  // when the text of the per-object and per-property lines is never built. A class
+  // derived from it may write, hence the exact type.
+  ILogger* used = logger_->getLogger();
+  const bool silent = typeid(*used) == typeid(icore::QVXLogger);
+  document_ = std::make_unique<XMLSerializerDocument>(*logger_, silent);
 }
 
 XMLSerializer::~XMLSerializer() {

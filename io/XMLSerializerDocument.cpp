@@ -102,8 +102,9 @@ struct XMLSerializerDocument::Frame {
   TXMLNode wrapper;
 };
 
-XMLSerializerDocument::XMLSerializerDocument(utils::ILoggerUtils& logger)
+XMLSerializerDocument::XMLSerializerDocument(utils::ILoggerUtils& logger, bool loggerIsSilent)
     : logger_(logger),
+      loggerIsSilent_(loggerIsSilent),
       runtime_(icore::QVXRuntime::getInstance()),
       uuidExternalizer_(icore::runtime::UUIDExternalizer::getInstance()),
       uuidPrefix_(utf8Of(uuidExternalizer_->getExternalizerId()) + ":") {
@@ -136,7 +137,7 @@ void XMLSerializerDocument::writePendingObjects() {
     idText_.clear();
     appendIdentity(*info, plan, idText_);
     if (isWritten(idText_, object)) {
-      if (logger_.isLoggable(ILogger::PROGRESS_LEVEL)) logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79004, idText_));
+      if (isLoggable(ILogger::PROGRESS_LEVEL)) logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79004, idText_));
       continue;
     }
     writeObjectTree(object, *info, plan, idText_);
@@ -152,7 +153,7 @@ bool XMLSerializerDocument::beginObject(IObject* object, IObjectInfo& info, Clas
                                         TXMLName elementName, std::string_view id) {
   if (isSkippedSeed(plan)) return false;
   listPackages(plan);
-  if (logger_.isLoggable(ILogger::PROGRESS_LEVEL)) {
+  if (isLoggable(ILogger::PROGRESS_LEVEL)) {
     const std::string indentation = indent();
     logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79005, indentation, nameOf(elementName), std::string(id)));
     logLine(ILogger::PROGRESS_LEVEL,
@@ -193,7 +194,7 @@ void XMLSerializerDocument::step() {
 
 void XMLSerializerDocument::endObject(Frame const& frame) {
   --depth_;
-  if (!logger_.isLoggable(ILogger::PROGRESS_LEVEL)) return;
+  if (!isLoggable(ILogger::PROGRESS_LEVEL)) return;
   logLine(ILogger::PROGRESS_LEVEL, IUString::format("%s<\\%s >", indent(), std::string(frame.element.getNodeName())));
 }
 
@@ -348,7 +349,7 @@ void XMLSerializerDocument::putValue(TXMLNode element, PropertyPlan const& prope
 }
 
 void XMLSerializerDocument::logProperty(PropertyPlan const& property) {
-  if (!logger_.isLoggable(ILogger::NOTICE_LEVEL)) return;
+  if (!isLoggable(ILogger::NOTICE_LEVEL)) return;
   logLine(ILogger::NOTICE_LEVEL, qvxFormatMsg(79007, property.property->getName()));
 }
 
@@ -412,7 +413,7 @@ void XMLSerializerDocument::appendReference(IObject* target, std::string& out) {
   }
   ClassPlan& plan = planOf(info->getIClass());
   if ((options_ & Serializer::SKIP_REFERENCE) != 0 && plan.isIdentifiable) {
-    if (logger_.isLoggable(ILogger::NOTICE_LEVEL)) {
+    if (isLoggable(ILogger::NOTICE_LEVEL)) {
       spareText_.clear();
       appendIdentity(*info, plan, spareText_);
       logLine(ILogger::NOTICE_LEVEL, qvxFormatMsg(79009, spareText_));
@@ -433,9 +434,12 @@ void XMLSerializerDocument::appendIdentity(IObjectInfo& info, ClassPlan const& p
     appendAddressId(info, out);
     return;
   }
+  if (plan.isSeeded) {
+    appendSeedIdentity(info, plan, out);
+    return;
+  }
   icore::IIdentity const* identity = info.getIdentity();
   if (identity == nullptr) {
-    if (plan.isSeeded) fail(qvxFormatMsg(77010, plan.objectClass->getName()));
     if ((options_ & Serializer::SKIP_IDENTITY_GENERATION) != 0) {
       appendAddressId(info, out);
       return;
@@ -443,6 +447,20 @@ void XMLSerializerDocument::appendIdentity(IObjectInfo& info, ClassPlan const& p
     identity = generateIdentity(info, plan);
   }
   appendIdentityText(*identity, out);
+}
+
+// Seeds are shared by many objects (every column refers to one of ten data types), and
+// their ids take the slow, escaped path: each seed's text is made once.
+void XMLSerializerDocument::appendSeedIdentity(IObjectInfo& info, ClassPlan const& plan, std::string& out) {
+  auto known = seedIds_.find(&info);
+  if (known == seedIds_.end()) {
+    icore::IIdentity const* identity = info.getIdentity();
+    if (identity == nullptr) fail(qvxFormatMsg(77010, plan.objectClass->getName()));
+    std::string text;
+    appendIdentityText(*identity, text);
+    known = seedIds_.emplace(&info, std::move(text)).first;
+  }
+  out += known->second;
 }
 
 void XMLSerializerDocument::appendIdentityText(icore::IIdentity const& identity, std::string& out) {
@@ -479,7 +497,7 @@ icore::IIdentity const* XMLSerializerDocument::generateIdentity(IObjectInfo& inf
   icore::IIdentity const* given = made.get();
   info.setIdentity(given);  // the object owns the identity from here on
   made.release();
-  if (logger_.isLoggable(ILogger::PROGRESS_LEVEL)) {
+  if (isLoggable(ILogger::PROGRESS_LEVEL)) {
     logLine(ILogger::PROGRESS_LEVEL,
             qvxFormatMsg(79010, runtime_->identityToString(given), plan.objectClass->getName()));
   }
@@ -540,14 +558,14 @@ void XMLSerializerDocument::writeProxy(IObject* proxy, TXMLNode container) {
   idText_.clear();
   appendAddressId(*info, idText_);
   if (isWritten(idText_, proxy)) {
-    if (logger_.isLoggable(ILogger::PROGRESS_LEVEL)) logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79004, idText_));
+    if (isLoggable(ILogger::PROGRESS_LEVEL)) logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79004, idText_));
     return;
   }
   ClassPlan& plan = planOf(info->getIClass());
   listPackages(plan);
   valueText_.clear();
   appendIdentity(*info, plan, valueText_);
-  const bool logsProgress = logger_.isLoggable(ILogger::PROGRESS_LEVEL);
+  const bool logsProgress = isLoggable(ILogger::PROGRESS_LEVEL);
   if (logsProgress) {
     logLine(ILogger::PROGRESS_LEVEL, qvxFormatMsg(79006, indent(), "proxy", idText_));
     logLine(ILogger::PROGRESS_LEVEL, IUString::format("%s<%s id=\"%s\">", indent(), "proxy", idText_));
@@ -709,6 +727,10 @@ std::string const& XMLSerializerDocument::prefixOf(icore::IPackage const* packag
 
 // ---------------------------------------------------------------------------------
 // Logging
+
+bool XMLSerializerDocument::isLoggable(int level) const {
+  return !loggerIsSilent_ && logger_.isLoggable(static_cast<ILogger::MsgLevel>(level));
+}
 
 std::string XMLSerializerDocument::indent() const {
   return std::string(static_cast<std::size_t>(std::min(depth_, kMaxLogIndent)) * 2, ' ');

@@ -44,10 +44,10 @@ namespace com::veltrana::qvx::io {
 // per open object element, so containment of any depth needs no recursion. Per class,
 // a plan (element name, flags, the serializable properties with their names interned
 // and their default values in written form) is made when the first object of the class
-// is met. The logger is not owned.
+// is met. The logger is not owned; with `loggerIsSilent` no log text is built at all.
 class XMLSerializerDocument {
  public:
-  explicit XMLSerializerDocument(utils::ILoggerUtils& logger);
+  XMLSerializerDocument(utils::ILoggerUtils& logger, bool loggerIsSilent);
   XMLSerializerDocument(const XMLSerializerDocument&) = delete;
   XMLSerializerDocument& operator=(const XMLSerializerDocument&) = delete;
   ~XMLSerializerDocument();
@@ -92,6 +92,7 @@ class XMLSerializerDocument {
                              std::string& out);
   void appendReference(icore::IObject* target, std::string& out);
   void appendIdentity(icore::IObjectInfo& info, ClassPlan const& plan, std::string& out);
+  void appendSeedIdentity(icore::IObjectInfo& info, ClassPlan const& plan, std::string& out);
   void appendIdentityText(icore::IIdentity const& identity, std::string& out);
   icore::IIdentity const* generateIdentity(icore::IObjectInfo& info, ClassPlan const& plan);
   static void appendAddressId(icore::IObjectInfo const& info, std::string& out);
@@ -115,11 +116,13 @@ class XMLSerializerDocument {
   std::string const& prefixOf(icore::IPackage const* package);
 
   // Logging.
+  bool isLoggable(int level) const;
   std::string indent() const;
   void logLine(int level, IUString const& text);
   [[noreturn]] void fail(IUString const& message);
 
   utils::ILoggerUtils& logger_;
+  const bool loggerIsSilent_;
   icore::QVXRuntime* runtime_;
   icore::runtime::IdentityExternalizer* uuidExternalizer_;
   std::string uuidPrefix_;  // "uuidV1:"
@@ -145,6 +148,8 @@ class XMLSerializerDocument {
   ClassPlan* lastPlan_ = nullptr;
   // The written text of each enumeration literal met, as the package factory gives it.
   std::unordered_map<icore::IEnumerationLiteral const*, std::string> literalTexts_;
+  // The id of each seed met, by its runtime record (objects do not change while written).
+  std::unordered_map<icore::IObjectInfo const*, std::string> seedIds_;
 
   std::vector<Frame> stack_;
   // Scratch buffers, reused so that values cost no allocation of their own.
