@@ -79,12 +79,17 @@ inline IVector<icore::IObject*> listOf(std::initializer_list<icore::IObject*> ob
   return list;
 }
 
-// The document that a fresh serializer writes for `objects`.
+// The document that a fresh serializer writes for `objects`; without options through
+// the serialize that takes none.
 inline std::string serializeToText(std::initializer_list<icore::IObject*> objects, int options = 0,
                                    utils::ILogger* logger = nullptr) {
   StringOutputStream out;
   io::XMLSerializer serializer(&out, logger);
-  serializer.serialize(listOf(objects), options);
+  if (options == 0) {
+    serializer.serialize(listOf(objects));
+  } else {
+    serializer.serialize(listOf(objects), options);
+  }
   return out.text;
 }
 
@@ -107,10 +112,12 @@ inline std::size_t countOf(const std::string& text, const std::string& part) {
   return count;
 }
 
-// The value of the first attribute `name`="..." after position `from`, or "<none>".
+// The value of the first attribute `name`="..." of the element tree after position
+// `from`, or "<none>".
 inline std::string attributeAfter(const std::string& text, const std::string& name, std::size_t from = 0) {
   const std::string opening = " " + name + "=\"";
-  const std::size_t start = text.find(opening, from);
+  const std::size_t tree = text.find("<ozl:OZL");
+  const std::size_t start = text.find(opening, tree != std::string::npos && tree > from ? tree : from);
   if (start == std::string::npos) return "<none>";
   const std::size_t valueStart = start + opening.size();
   return text.substr(valueStart, text.find('"', valueStart) - valueStart);
