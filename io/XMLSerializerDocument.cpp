@@ -425,6 +425,7 @@ void XMLSerializerDocument::appendReference(IObject* target, std::string& out) {
   }
   appendIdentity(*info, plan, idText_);
   out += idText_;
+  if (isOpenObject(target)) return;
   // A seed that is not written anyway would only pass through the list for nothing.
   if (!isWritten(idText_, target) && !isSkippedSeed(plan)) pending_.append(target);
 }
@@ -512,6 +513,13 @@ void XMLSerializerDocument::appendAddressId(IObjectInfo const& info, std::string
   const auto address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&info));
   const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, address);
   out.append(digits, static_cast<std::size_t>(result.ptr - digits));
+}
+
+// An object whose element is open was entered under its id when it was begun, so a
+// reference to it (a contained object's back-reference, most often) needs no look-up.
+bool XMLSerializerDocument::isOpenObject(IObject* object) const {
+  const std::size_t depth = stack_.size();
+  return (depth >= 1 && stack_[depth - 1].object == object) || (depth >= 2 && stack_[depth - 2].object == object);
 }
 
 bool XMLSerializerDocument::isWritten(std::string_view id, IObject* object) {

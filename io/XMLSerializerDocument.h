@@ -96,6 +96,7 @@ class XMLSerializerDocument {
   void appendIdentityText(icore::IIdentity const& identity, std::string& out);
   icore::IIdentity const* generateIdentity(icore::IObjectInfo& info, ClassPlan const& plan);
   static void appendAddressId(icore::IObjectInfo const& info, std::string& out);
+  bool isOpenObject(icore::IObject* object) const;
   bool isWritten(std::string_view id, icore::IObject* object);
   void noteProxy(icore::IObject* proxy, icore::IObjectInfo& info, std::string_view id, bool checkDuplicates);
   void checkDuplicateProxy(icore::IObject* proxy, icore::IObjectInfo& info);

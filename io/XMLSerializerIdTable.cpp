@@ -16,15 +16,25 @@ XMLSerializerIdTable::XMLSerializerIdTable() : slots_(kInitialSlots, Slot{nullpt
 
 XMLSerializerIdTable::~XMLSerializerIdTable() = default;
 
-// FNV-1a: ids differ mostly in their last characters (UUID node and clock), which
-// every byte of this hash reaches.
+// Eight bytes at a time, each word mixed in by a multiply: ids are 40-odd bytes that
+// share long prefixes ("uuidV1:", time fields), so every byte must reach the result,
+// and a byte-at-a-time hash costs more than the probe it serves.
 std::uint32_t XMLSerializerIdTable::hashOf(std::string_view key) {
-  std::uint32_t hash = 2166136261U;
-  for (char c : key) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= 16777619U;
+  constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
+  std::uint64_t hash = key.size() * kMultiplier;
+  const char* next = key.data();
+  std::size_t remaining = key.size();
+  for (; remaining >= 8; remaining -= 8, next += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, next, sizeof word);
+    hash = (hash ^ word) * kMultiplier;
+    hash ^= hash >> 29;
   }
-  return hash;
+  std::uint64_t tail = 0;
+  std::memcpy(&tail, next, remaining);
+  hash = (hash ^ tail) * kMultiplier;
+  hash ^= hash >> 32;
+  return static_cast<std::uint32_t>(hash);
 }
 
 // The slot holding `key`, or the free slot where it would go.
@@ -45,8 +55,9 @@ icore::IObject* XMLSerializerIdTable::find(std::string_view key) const {
 
 void XMLSerializerIdTable::insert(std::string_view key, icore::IObject* object) {
   QVX_ASSERT(object != nullptr);
-  // At most three quarters full, so that probe runs stay short.
-  if ((count_ + 1) * 4 > slots_.size() * 3) grow();
+  // At most half full: linear probing needs about 2.5 probes to miss there, against 8.5
+  // at three quarters, and most look-ups of the serializer are misses.
+  if ((count_ + 1) * 2 > slots_.size()) grow();
   const std::uint32_t hash = hashOf(key);
   Slot& slot = slots_[slotIndex(key, hash)];
   QVX_ASSERT(slot.object == nullptr);
