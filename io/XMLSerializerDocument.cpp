@@ -108,6 +108,8 @@ XMLSerializerDocument::XMLSerializerDocument(utils::ILoggerUtils& logger, bool l
       runtime_(icore::QVXRuntime::getInstance()),
       uuidExternalizer_(icore::runtime::UUIDExternalizer::getInstance()),
       uuidPrefix_(utf8Of(uuidExternalizer_->getExternalizerId()) + ":") {
+  // The only reset of the tree: a later document adds a new root to the same storage,
+  // since the written-objects table keeps its keys there.
   dom_.createNewDOMTree();
   ozlId_ = dom_.internName("ozl:id");
   ozlIdref_ = dom_.internName("ozl:idref");
@@ -160,10 +162,14 @@ bool XMLSerializerDocument::beginObject(IObject* object, IObjectInfo& info, Clas
             IUString::format("%s<%s id=\"%s\">", indentation, nameOf(elementName), std::string(id)));
   }
   ++depth_;
-  // Entered before any property, so that a cycle back to this object becomes a reference.
-  written_.insert(id, object);
   TXMLNode element = parent.addChild(elementName);
-  if (!plan.isValueClass) element.setAttribute(ozlId_, id);
+  // Entered before any property, so that a cycle back to this object becomes a
+  // reference. The tree's copy of the id serves as the key: the tree lives as long.
+  if (plan.isValueClass) {
+    written_.insert(id, object);
+  } else {
+    written_.insertStored(element.setAttribute(ozlId_, id), object);
+  }
   if (!hasColon(elementName)) element.setAttribute(xsiType_, plan.typeName);
   stack_.push_back(Frame{object, &info, &plan, element, 0, nullptr, 0, TXMLNode()});
   return true;

@@ -54,6 +54,10 @@ icore::IObject* XMLSerializerIdTable::find(std::string_view key) const {
 }
 
 void XMLSerializerIdTable::insert(std::string_view key, icore::IObject* object) {
+  insertStored(keys_.copy(key), object);
+}
+
+void XMLSerializerIdTable::insertStored(std::string_view key, icore::IObject* object) {
   QVX_ASSERT(object != nullptr);
   // At most half full: linear probing needs about 2.5 probes to miss there, against 8.5
   // at three quarters, and most look-ups of the serializer are misses.
@@ -61,8 +65,7 @@ void XMLSerializerIdTable::insert(std::string_view key, icore::IObject* object) 
   const std::uint32_t hash = hashOf(key);
   Slot& slot = slots_[slotIndex(key, hash)];
   QVX_ASSERT(slot.object == nullptr);
-  const std::string_view stored = keys_.copy(key);
-  slot = Slot{stored.data(), static_cast<std::uint32_t>(stored.size()), hash, object};
+  slot = Slot{key.data(), static_cast<std::uint32_t>(key.size()), hash, object};
   ++count_;
 }
 

@@ -29,6 +29,8 @@ class XMLSerializerIdTable {
   icore::IObject* find(std::string_view key) const;
   // Enters `object` under `key`, which must not be in the table yet; the key is copied.
   void insert(std::string_view key, icore::IObject* object);
+  // The same without the copy, for a key kept elsewhere that outlives the table.
+  void insertStored(std::string_view key, icore::IObject* object);
 
   bool isEmpty() const { return count_ == 0; }
   std::size_t getMemoryBytes() const;

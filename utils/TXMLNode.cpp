@@ -24,7 +24,7 @@ TXMLNode TXMLNode::addChild(TXMLName name) { return TXMLNode(model_, model_->new
 
 TXMLNode TXMLNode::addChild(std::string_view name) { return addChild(model_->internName(name)); }
 
-void TXMLNode::setAttribute(TXMLName name, std::string_view value) {
+std::string_view TXMLNode::setAttribute(TXMLName name, std::string_view value) {
   TXMLAttributeRecord* made = newAttribute(model_->arena_, name->index, value);
   // Elements carry a handful of attributes, so a walk by name index beats any index.
   TXMLAttributeRecord** link = &record_->firstAttribute;
@@ -34,16 +34,17 @@ void TXMLNode::setAttribute(TXMLName name, std::string_view value) {
       made->next = attribute->next;
       *link = made;
       if (record_->lastAttribute == attribute) record_->lastAttribute = made;
-      return;
+      return std::string_view(made->value(), made->valueLength);
     }
     link = &attribute->next;
   }
   *link = made;
   record_->lastAttribute = made;
+  return std::string_view(made->value(), made->valueLength);
 }
 
-void TXMLNode::setAttribute(std::string_view name, std::string_view value) {
-  setAttribute(model_->internName(name), value);
+std::string_view TXMLNode::setAttribute(std::string_view name, std::string_view value) {
+  return setAttribute(model_->internName(name), value);
 }
 
 void TXMLNode::setNodeValue(std::string_view value) {

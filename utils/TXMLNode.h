@@ -22,9 +22,10 @@ class QVX_API TXMLNode {
   TXMLNode addChild(TXMLName name);
   TXMLNode addChild(std::string_view name);
   // Sets the attribute: a new name goes after the attributes already set, a name set
-  // before keeps its place and gets the new value.
-  void setAttribute(TXMLName name, std::string_view value);
-  void setAttribute(std::string_view name, std::string_view value);
+  // before keeps its place and gets the new value. Returns the model's copy of the
+  // value, which lives as long as the model's storage (until createNewDOMTree).
+  std::string_view setAttribute(TXMLName name, std::string_view value);
+  std::string_view setAttribute(std::string_view name, std::string_view value);
   // Sets the text content, written before any child elements.
   void setNodeValue(std::string_view value);
 
