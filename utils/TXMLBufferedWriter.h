@@ -31,6 +31,7 @@ class TXMLBufferedWriter {
     buffer_[used_++] = c;
   }
   void write(std::string_view text) {
+    if (text.empty()) return;  // its data may be null, which memcpy does not allow
     if (text.size() <= kBufferSize - used_) {
       std::memcpy(buffer_ + used_, text.data(), text.size());
       used_ += text.size();
