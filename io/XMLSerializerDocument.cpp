@@ -576,7 +576,7 @@ void XMLSerializerDocument::writeProxy(IObject* proxy, TXMLNode container) {
     return;
   }
   ClassPlan& plan = planOf(info->getIClass());
-  listPackages(plan);
+  listPackage(plan.objectClass->getPackage());  // a proxy brings its own package only
   valueText_.clear();
   appendIdentity(*info, plan, valueText_);
   const bool logsProgress = isLoggable(ILogger::PROGRESS_LEVEL);
@@ -710,10 +710,13 @@ std::string XMLSerializerDocument::writtenDefault(icore::IProperty const& proper
 void XMLSerializerDocument::listPackages(ClassPlan& plan) {
   if (plan.packagesListed) return;
   for (icore::IClass const* listed = plan.objectClass; listed != nullptr; listed = listed->getSuperClass()) {
-    icore::IPackage const* package = listed->getPackage();
-    if (listedPackages_.insert(package).second) packages_.append(package);
+    listPackage(listed->getPackage());
   }
   plan.packagesListed = true;
+}
+
+void XMLSerializerDocument::listPackage(icore::IPackage const* package) {
+  if (listedPackages_.insert(package).second) packages_.append(package);
 }
 
 std::string const& XMLSerializerDocument::prefixOf(icore::IPackage const* package) {

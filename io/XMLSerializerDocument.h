@@ -114,6 +114,7 @@ class XMLSerializerDocument {
   PropertyPlan planProperty(icore::IProperty const& property);
   std::string writtenDefault(icore::IProperty const& property, PropertyPlan const& plan);
   void listPackages(ClassPlan& plan);
+  void listPackage(icore::IPackage const* package);
   std::string const& prefixOf(icore::IPackage const* package);
 
   // Logging.
