@@ -31,6 +31,24 @@ class PrefixOverride {
   IUString saved_;
 };
 
+// Has a property written as elements for the length of a test.
+class AsElementOverride {
+ public:
+  AsElementOverride(icore::IProperty* property, const char* wrapper)
+      : property_(property), savedWrapper_(property->getXMLPropertyElementName()) {
+    property_->setXMLPropertyAsElement(ITRUE);
+    property_->setXMLPropertyElementName(wrapper);
+  }
+  ~AsElementOverride() {
+    property_->setXMLPropertyAsElement(IFALSE);
+    property_->setXMLPropertyElementName(savedWrapper_);
+  }
+
+ private:
+  icore::IProperty* property_;
+  IUString savedWrapper_;
+};
+
 Owned drawing(const char* name, int id) {
   Owned made(make("Drawing", name));
   identify(made.get(), fixedUuid(id).c_str());
@@ -52,6 +70,18 @@ TEST(XMLSerializerShapesTest, EveryPrimitiveTypeAndListIsWrittenInItsStringForm)
                 "big=\"1099511627776\" small=\"-7\" octet=\"122\" tags=\"a b\" styles=\"DASHED\" scores=\"1.25\">");
   EXPECT_EQ(startTag(text, "<caption"), "<caption xsi:type=\"shp:Note\" text=\"hello\"/>");
   EXPECT_NE(text.find("<IBlob ozl:id=\"" + blobId + "\" xsi:type=\"ozl:IBlob\">AQIDBA==</IBlob>"), std::string::npos);
+}
+
+TEST(XMLSerializerShapesTest, PropertiesWrittenAsElementsGetTheirWrapperAndOneElementPerValue) {
+  Owned picture = drawing("a<b", 4);
+  fillValues(picture.get());
+  AsElementOverride tags(shapesProperty("Drawing", "tags"), "tagList");
+  AsElementOverride name(shapesProperty("Drawing", "name"), "");
+  const std::string text = serializeToText({picture.get()});
+  EXPECT_EQ(attributeAfter(text, "tags"), "<none>");
+  EXPECT_NE(text.find("<tagList>\n<tags>a</tags>\n<tags>b</tags>\n</tagList>"), std::string::npos) << text;
+  // Without a wrapper name the value element stands in the object element itself.
+  EXPECT_NE(text.find("\">\n<name>a%3Cb</name>\n"), std::string::npos) << text;
 }
 
 TEST(XMLSerializerShapesTest, PrefixesThatCollideAreNumberedInTheOrderPackagesAreMet) {
