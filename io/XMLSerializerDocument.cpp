@@ -96,8 +96,9 @@ struct XMLSerializerDocument::Frame {
   ClassPlan* plan;
   TXMLNode element;
   std::size_t nextProperty;
-  // A multi-valued containment whose items are being written, or null.
+  // A multi-valued containment whose items are being written, or null, and its items.
   PropertyPlan const* openItems;
+  IVector<void*> const* items;
   std::size_t nextItem;
   TXMLNode wrapper;
 };
@@ -171,7 +172,7 @@ bool XMLSerializerDocument::beginObject(IObject* object, IObjectInfo& info, Clas
     written_.insertStored(element.setAttribute(ozlId_, id), object);
   }
   if (!hasColon(elementName)) element.setAttribute(xsiType_, plan.typeName);
-  stack_.push_back(Frame{object, &info, &plan, element, 0, nullptr, 0, TXMLNode()});
+  stack_.push_back(Frame{object, &info, &plan, element, 0, nullptr, nullptr, 0, TXMLNode()});
   return true;
 }
 
@@ -181,12 +182,11 @@ bool XMLSerializerDocument::beginObject(IObject* object, IObjectInfo& info, Clas
 void XMLSerializerDocument::step() {
   Frame& frame = stack_.back();
   if (frame.openItems != nullptr) {
-    IVector<void*> const& items = itemsOf(frame.info->get(*frame.openItems->property, IFALSE));
-    if (frame.nextItem == items.size()) {
+    if (frame.nextItem == frame.items->size()) {
       frame.openItems = nullptr;
       return;
     }
-    auto* item = static_cast<IObject*>(items[frame.nextItem++]);
+    auto* item = static_cast<IObject*>((*frame.items)[frame.nextItem++]);
     if (item != nullptr) writeContained(item, frame.wrapper, frame.openItems->itemName);
     return;
   }
@@ -317,6 +317,7 @@ void XMLSerializerDocument::writeContainment(Frame& frame, PropertyPlan const& p
   logProperty(property);
   frame.wrapper = frame.element.addChild(property.name);
   frame.openItems = &property;
+  frame.items = &itemsOf(value);
   frame.nextItem = 0;
 }
 
