@@ -25,7 +25,8 @@ class XMLSerializerDocument;
 // One serializer writes one document: its tables (objects written, proxies, blobs,
 // packages and prefixes) are kept from one serialize call to the next, so objects that
 // an earlier call wrote appear in a later document only as references. The stream and
-// a given logger are not owned and must outlive the serializer. Not synchronised; the
+// a given logger are not owned and must outlive the serializer. After a failed call the
+// objects that its walk reached count as written too. Not synchronised; the
 // objects must not change while they are written. Containment of any depth is written
 // without recursion.
 class QVX_API XMLSerializer : public Serializer {

@@ -120,6 +120,9 @@ XMLSerializerDocument::XMLSerializerDocument(utils::ILoggerUtils& logger, bool l
 XMLSerializerDocument::~XMLSerializerDocument() = default;
 
 ISTATUS XMLSerializerDocument::write(IOutputStream& out) {
+  // A walk that an error broke off leaves its frames behind; they belong to no document.
+  stack_.clear();
+  depth_ = 0;
   root_ = dom_.addRootNode("ozl:OZL");
   writePendingObjects();
   writeProxies();

@@ -127,7 +127,17 @@ TEST(XMLSerializerShapesTest, TwoObjectsUnderOneIdFailTheWrite) {
   Owned first = drawing("a", 7);
   Owned second = drawing("b", 7);
   refer(first.get(), "partner", second.get());
-  EXPECT_EQ(messageOf<IOException>([&] { serializeToText({first.get()}); }).toUtf8(), msg(77011, fixedUuid(7)));
+  StringOutputStream out;
+  com::veltrana::qvx::io::XMLSerializer serializer(&out, nullptr);
+  EXPECT_EQ(messageOf<IOException>([&] { serializer.serialize(listOf({first.get()})); }).toUtf8(),
+            msg(77011, fixedUuid(7)));
+  EXPECT_EQ(out.text, "");
+  // The serializer stays usable: what the failed walk began belongs to no document.
+  Owned third = drawing("c", 8);
+  serializer.serialize(listOf({third.get()}));
+  EXPECT_EQ(countOf(out.text, "<shp:Drawing "), 1U);
+  EXPECT_EQ(startTag(out.text, "<shp:Drawing ").find("<shp:Drawing ozl:id=\"" + fixedUuid(8) + "\" name=\"c\""), 0U);
+  EXPECT_EQ(out.text.substr(out.text.size() - 14), "/>\n</ozl:OZL>\n");
 }
 
 TEST(XMLSerializerShapesTest, ContainmentAHundredThousandLevelsDeepIsWrittenWithoutRecursion) {
