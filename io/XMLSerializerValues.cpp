@@ -75,19 +75,17 @@ void appendDigits(int value, int width, std::string& out) {
 // "MM/DD/YYYY:HH24:MI:SS.ms". A WkDate is always a valid date of four-digit years, so
 // its parts are the parts of its UTC text.
 void appendDate(WkDate const& date, std::string& out) {
-  appendDigits(date.getMonth(), 2, out);
-  out.push_back('/');
-  appendDigits(date.getDay(), 2, out);
-  out.push_back('/');
-  appendDigits(date.getYear(), 4, out);
-  out.push_back(':');
-  appendDigits(date.getHour(), 2, out);
-  out.push_back(':');
-  appendDigits(date.getMinute(), 2, out);
-  out.push_back(':');
-  appendDigits(date.getSecond(), 2, out);
-  out.push_back('.');
-  appendDigits(date.getNanosecond() / 1000000, 3, out);
+  const struct {
+    int value;
+    int width;
+    char separator;  // after the value; none after the last
+  } parts[] = {{date.getMonth(), 2, '/'},  {date.getDay(), 2, '/'},    {date.getYear(), 4, ':'},
+               {date.getHour(), 2, ':'},   {date.getMinute(), 2, ':'}, {date.getSecond(), 2, '.'},
+               {date.getNanosecond() / 1000000, 3, '\0'}};
+  for (const auto& part : parts) {
+    appendDigits(part.value, part.width, out);
+    if (part.separator != '\0') out.push_back(part.separator);
+  }
 }
 
 // The rest goes through primitiveToString: the small doubles that the platform's
