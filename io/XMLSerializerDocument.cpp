@@ -34,7 +34,6 @@ using icore::ICoreDatatypes;
 using icore::IObject;
 using icore::IObjectInfo;
 using icore::qvxFormatMsg;
-using icore::qvxGetMsg;
 using utils::ILogger;
 using utils::TXMLName;
 using utils::TXMLNode;
@@ -42,7 +41,7 @@ using utils::TXMLNode;
 namespace {
 
 constexpr std::string_view kXsiNamespaceUri = "http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::string_view kSpecVersion = "14.0";
+constexpr std::string_view kSerializationVersion = "14.0";
 // Log lines indent two blanks per level up to this depth, so that a deep graph logged
 // at progress level does not produce lines that grow without bound.
 constexpr int kMaxLogIndent = 32;
@@ -612,7 +611,7 @@ void XMLSerializerDocument::setRootAttributes() {
   const std::string ozlUri = utf8Of(IUString(SerializationUtils::OZL_NAMESPACE_URI));
   root_.setAttribute("xmlns:ozl", ozlUri);
   root_.setAttribute("xmlns:xsi", kXsiNamespaceUri);
-  root_.setAttribute("serializationSpecVersion", kSpecVersion);
+  root_.setAttribute("serializationSpecVersion", kSerializationVersion);
   std::string schemaLocation = ozlUri + " OZL.xsd ";
   for (icore::IPackage const* package : packages_) {
     const std::string uri = utf8Of(SerializationUtils::getURI(package));
