@@ -19,6 +19,7 @@ void* allocate(std::size_t size) {
   if (block == nullptr) return nullptr;
   ++tAllocations.allocations;
   tAllocations.liveBytes += static_cast<std::int64_t>(malloc_usable_size(block));
+  if (tAllocations.liveBytes > tAllocations.peakLiveBytes) tAllocations.peakLiveBytes = tAllocations.liveBytes;
   return block;
 }
 
@@ -40,6 +41,8 @@ void* allocateOrThrow(std::size_t size) {
 namespace qvx_bench {
 
 AllocationSnapshot allocationSnapshot() { return tAllocations; }
+
+void resetAllocationPeak() { tAllocations.peakLiveBytes = tAllocations.liveBytes; }
 
 }  // namespace qvx_bench
 

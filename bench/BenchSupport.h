@@ -24,8 +24,12 @@ struct AllocationSnapshot {
   std::uint64_t allocations = 0;
   std::uint64_t releases = 0;
   std::int64_t liveBytes = 0;
+  // The most live bytes seen since the last resetAllocationPeak() on this thread.
+  std::int64_t peakLiveBytes = 0;
 };
 AllocationSnapshot allocationSnapshot();
+// Starts a new peak at the bytes live now, to measure what one operation adds at most.
+void resetAllocationPeak();
 
 // Installs a fixed key for the default encryption provider; the workload's
 // connection password is encrypted as it is set.

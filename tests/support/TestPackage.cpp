@@ -7,6 +7,8 @@
 #include "icore/IClass.h"
 #include "icore/IClassKind.h"
 #include "icore/ICoreDatatypes.h"
+#include "icore/IEnumeration.h"
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IReferenceScope.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/QVXRuntime.h"
@@ -100,6 +102,11 @@ void checkOwnClass(icore::IFactory const& factory, icore::IClass const& objectCl
       icore::qvxFormatMsg(73011, IUString("shapes"), objectClass.getQualifiedName()));
 }
 
+void checkOwnEnumeration(icore::IFactory const& factory, icore::IDatatype const& datatype) {
+  if (datatype.isEnum() && datatype.getPackage() == factory.getPackage()) return;
+  throw icore::exception::IllegalArgumentException(icore::qvxFormatMsg(73002, datatype.getQualifiedName()));
+}
+
 }  // namespace
 
 ShapesIPackage::~ShapesIPackage() = default;
@@ -140,6 +147,20 @@ icore::IObject* ShapesIFactory::createProxy(icore::IClass const& objectClass, ic
     throw icore::exception::InstantiationException(icore::qvxFormatMsg(75009, objectClass.getQualifiedName()));
   }
   return newObject(const_cast<icore::IClass*>(&objectClass), identity);
+}
+
+void* ShapesIFactory::datatypeFromString(icore::IDatatype const& datatype, IUString const& text) {
+  checkOwnEnumeration(*this, datatype);
+  for (icore::IEnumerationLiteral* literal : static_cast<icore::IEnumeration const&>(datatype).getLiterals()) {
+    if (literal->getName() == text) return literal;
+  }
+  return nullptr;
+}
+
+IUString* ShapesIFactory::datatypeToString(icore::IDatatype const& datatype, void const* value) {
+  checkOwnEnumeration(*this, datatype);
+  if (value == nullptr) return nullptr;
+  return new IUString(static_cast<icore::IEnumerationLiteral const*>(value)->getName());
 }
 
 }  // namespace com::example::test::shapes
