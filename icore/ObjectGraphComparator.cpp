@@ -227,6 +227,7 @@ class GraphWalk {
     IObjectInfo& right = infoOf(pair.right);
     IClass const* objectClass = left.getIClass();
     if (objectClass != right.getIClass()) {
+      // Objects of different classes have nothing more to compare.
       return differAt(pair.step, IUString("class ") + classNameOf(objectClass) + IUString(" != ") +
                                      classNameOf(right.getIClass()));
     }
@@ -238,9 +239,10 @@ class GraphWalk {
     if (!options_.ignoreIdentities && objectClass->isIdentifiableClass()) {
       IIdentity const* leftIdentity = left.getIdentity();
       IIdentity const* rightIdentity = right.getIdentity();
-      if (!sameIdentity(leftIdentity, rightIdentity)) {
-        return differAt(pair.step, IUString("identity ") + identityText(leftIdentity) + IUString(" != ") +
-                                       identityText(rightIdentity));
+      if (!sameIdentity(leftIdentity, rightIdentity) &&
+          !differAt(pair.step, IUString("identity ") + identityText(leftIdentity) + IUString(" != ") +
+                                   identityText(rightIdentity))) {
+        return false;
       }
     }
     if (leftProxy) return true;
@@ -326,7 +328,7 @@ class GraphWalk {
     if (type.isClass()) {
       auto const* leftObjects = static_cast<IVector<IObject*> const*>(leftItems);
       auto const* rightObjects = static_cast<IVector<IObject*> const*>(rightItems);
-      if (!sameCount(leftObjects, rightObjects, property, step)) return false;
+      if (!sameCount(leftObjects, rightObjects, property, step)) return keepGoing();
       for (std::size_t i = 0; i < sizeOf(leftObjects); ++i) {
         follow((*leftObjects)[i], (*rightObjects)[i], property, static_cast<long>(i), step);
       }
@@ -335,11 +337,12 @@ class GraphWalk {
     if (type.isEnum()) {
       auto const* leftLiterals = static_cast<IVector<IEnumerationLiteral*> const*>(leftItems);
       auto const* rightLiterals = static_cast<IVector<IEnumerationLiteral*> const*>(rightItems);
-      if (!sameCount(leftLiterals, rightLiterals, property, step)) return false;
+      if (!sameCount(leftLiterals, rightLiterals, property, step)) return keepGoing();
       for (std::size_t i = 0; i < sizeOf(leftLiterals); ++i) {
-        if (!sameLiteral((*leftLiterals)[i], (*rightLiterals)[i])) {
-          return differAt(step, property, static_cast<long>(i), describeLiteral((*leftLiterals)[i]),
-                          describeLiteral((*rightLiterals)[i]));
+        if (!sameLiteral((*leftLiterals)[i], (*rightLiterals)[i]) &&
+            !differAt(step, property, static_cast<long>(i), describeLiteral((*leftLiterals)[i]),
+                      describeLiteral((*rightLiterals)[i]))) {
+          return false;
         }
       }
       return true;
@@ -347,13 +350,14 @@ class GraphWalk {
     const int typeId = type.getTypeId();
     if (typeId == ICoreDatatypes::BLOB_TYPE_ID) {
       return sameCount(static_cast<IVector<char*> const*>(leftItems), static_cast<IVector<char*> const*>(rightItems),
-                       property, step);
+                       property, step) ||
+             keepGoing();
     }
     if (typeId == ICoreDatatypes::IIDENTITY_TYPE_ID && options_.ignoreIdentities) return true;
     if (typeId == ICoreDatatypes::STRING_TYPE_ID && property.isSensitive()) {
       auto const* leftTexts = static_cast<IVector<IUString*> const*>(leftItems);
       auto const* rightTexts = static_cast<IVector<IUString*> const*>(rightItems);
-      if (!sameCount(leftTexts, rightTexts, property, step)) return false;
+      if (!sameCount(leftTexts, rightTexts, property, step)) return keepGoing();
       for (std::size_t i = 0; i < sizeOf(leftTexts); ++i) {
         if (!compareSensitive(left, right, property, static_cast<long>(i), step, (*leftTexts)[i], (*rightTexts)[i])) {
           return false;
@@ -367,7 +371,7 @@ class GraphWalk {
       auto const* leftValues = static_cast<IVector<T*> const*>(leftItems);
       auto const* rightValues = static_cast<IVector<T*> const*>(rightItems);
       if (!sameCount(leftValues, rightValues, property, step)) {
-        equal = false;
+        equal = keepGoing();
         return;
       }
       for (std::size_t i = 0; i < sizeOf(leftValues) && equal; ++i) {
@@ -451,13 +455,15 @@ class GraphWalk {
     return items != nullptr ? items->size() : 0;
   }
 
+  // Records a difference of counts; the elements of such a property are not compared.
   template <typename Vector>
   bool sameCount(Vector const* left, Vector const* right, IProperty const& property, std::size_t step) {
     const std::size_t leftCount = sizeOf(left);
     const std::size_t rightCount = sizeOf(right);
     if (leftCount == rightCount) return true;
-    return differAt(step, property, kSingle, IUString::format("%u elements", static_cast<unsigned>(leftCount)),
-                    IUString::format("%u elements", static_cast<unsigned>(rightCount)));
+    differAt(step, property, kSingle, IUString::format("%u elements", static_cast<unsigned>(leftCount)),
+             IUString::format("%u elements", static_cast<unsigned>(rightCount)));
+    return false;
   }
 
   IUString rootName(IObject const* root) const {
@@ -494,20 +500,26 @@ class GraphWalk {
 
   Result differ(IUString text) {
     result_.equal = false;
-    result_.difference = std::move(text);
+    if (result_.difference.isEmpty()) result_.difference = text;
+    if (options_.reportAllDifferences) result_.differences.append(std::move(text));
     return result_;
   }
 
+  // Whether the walk goes on after a difference: only when all are reported. The
+  // caller then skips what the difference makes meaningless (an object of another
+  // class, the elements of a list of another length).
+  bool keepGoing() const { return options_.reportAllDifferences; }
+
   bool differAt(std::size_t step, IUString const& what) {
     differ(pathOf(step) + IUString(": ") + what);
-    return false;
+    return keepGoing();
   }
 
   bool differAt(std::size_t step, IProperty const& property, long index, IUString const& left, IUString const& right) {
     IUString where = pathOf(step) + IUString(".") + property.getName();
     if (index != kSingle) where += IUString::format("[%ld]", index);
     differ(where + IUString(": ") + left + IUString(" != ") + right);
-    return false;
+    return keepGoing();
   }
 
   ObjectGraphComparator::Options options_;

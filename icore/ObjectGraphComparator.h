@@ -33,7 +33,7 @@ class IObject;
 // that is not contained anywhere in the graph is compared where it is first referenced,
 // with its own contained objects.
 //
-// The first difference found is reported as a path from the root, e.g.
+// The first difference found (or, on request, every one) is reported as a path from the root, e.g.
 // "catalog/schemas[3]/tables[17]/columns[2].length: 24 != 32": the root is named by its
 // "name" property when it has a non-empty one, else by its class; "/" descends into a
 // contained object, "." names a property (and an object reached through a reference).
@@ -49,12 +49,18 @@ class QVX_API ObjectGraphComparator {
   struct Options {
     // Skip identities: two graphs built separately get different generated ones.
     bool ignoreIdentities = false;
+    // Go on after a difference and collect all of them (in `differences`). An object
+    // whose class or proxy state differs, and a list whose length differs, count as one
+    // difference: what lies below them is not compared.
+    bool reportAllDifferences = false;
   };
 
   struct ComparisonResult {
     bool equal = true;
     // The first difference, empty when the graphs are equal.
     IUString difference;
+    // Every difference in the order found, when reportAllDifferences was asked for.
+    IVector<IUString> differences{0, 16, 1024};
   };
 
   static ComparisonResult compare(IVector<IObject*> const& left, IVector<IObject*> const& right);

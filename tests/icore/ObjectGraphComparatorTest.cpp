@@ -126,6 +126,37 @@ TEST(ObjectGraphComparatorTest, OneChangeAnywhereIsNamedByItsPath) {
   }
 }
 
+TEST(ObjectGraphComparatorTest, AllDifferencesAreReportedInWalkOrderWhenAsked) {
+  auto left = build();
+  auto right = build();
+  put(right->root.get(), "count", 6);
+  itemsOf<IEnumerationLiteral>(right->root.get(), "styles")[0] = lineStyle(0);
+  adopt(right->at({1}), "layers", make("Drawing"));
+  put(right->at({2, 1}), "name", IUString("x"));
+  refer(right->at({0}), "partner", right->at({1}));
+
+  Options all;
+  all.reportAllDifferences = true;
+  auto result = ObjectGraphComparator::compare(left->root.get(), right->root.get(), all);
+  std::vector<std::string> found;
+  for (IUString const& text : result.differences) found.push_back(text.toUtf8());
+  EXPECT_FALSE(result.equal);
+  EXPECT_EQ(found, (std::vector<std::string>{
+                       "catalog.count: 5 != 6",
+                       "catalog.styles[0]: DASHED != SOLID",
+                       "catalog/layers[1].layers: 2 elements != 3 elements",
+                       "catalog/layers[2]/layers[1].name: \"leaf\" != \"x\"",
+                       "catalog/layers[0].partner: refers to catalog/layers[2]/layers[1] != refers to catalog/layers[1]",
+                   }));
+  EXPECT_EQ(result.difference.toUtf8(), found.front());
+  // Without the option the walk stops at the first and lists nothing.
+  auto first = ObjectGraphComparator::compare(left->root.get(), right->root.get());
+  EXPECT_EQ(first.difference.toUtf8(), found.front());
+  EXPECT_TRUE(first.differences.isEmpty());
+  // Equal graphs report nothing either way.
+  EXPECT_TRUE(ObjectGraphComparator::compare(left->root.get(), build()->root.get(), all).differences.isEmpty());
+}
+
 TEST(ObjectGraphComparatorTest, CyclesTerminate) {
   auto ring = [] {
     Owned root(make("Drawing", "ring"));
