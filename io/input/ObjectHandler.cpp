@@ -465,9 +465,13 @@ void ObjectHandler::attachObject(IObject* owner, IProperty const& property, IObj
   }
   IObjectInternal* ownerObject = internalOf(owner);
   if (property.isContainer()) {
-    // Already in place when its container's collection or value was read first.
+    // A container property only mirrors the containment on the other side: the owner is
+    // put into that containment (already done when the container's side was read first).
     if (ownerObject->iGetContainer() == child) return;
-    if (isAncestorOrSelf(owner, value)) throwCannotSet(at, IUString("the containment would form a cycle"));
+    IProperty const* containment = property.getOppositeProperty();
+    if (containment == nullptr || !containment->isContainment()) return;
+    attachObject(value, *containment, owner, false);
+    return;
   }
   if (property.isContainment()) {
     const bool placed = child->iGetContainer() == ownerObject && child->iGetContainmentProperty() == &property;

@@ -5,6 +5,8 @@
 #include <iterator>
 
 #include "icore/IClass.h"
+#include "icore/IEnumeration.h"
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IClassKind.h"
 #include "icore/ICoreDatatypes.h"
 #include "icore/IReferenceScope.h"
@@ -140,6 +142,18 @@ icore::IObject* ShapesIFactory::createProxy(icore::IClass const& objectClass, ic
     throw icore::exception::InstantiationException(icore::qvxFormatMsg(75009, objectClass.getQualifiedName()));
   }
   return newObject(const_cast<icore::IClass*>(&objectClass), identity);
+}
+
+void* ShapesIFactory::datatypeFromString(icore::IDatatype const& datatype, IUString const& text) {
+  for (icore::IEnumerationLiteral* literal : static_cast<icore::IEnumeration const&>(datatype).getLiterals()) {
+    if (literal->getName() == text) return literal;
+  }
+  return nullptr;
+}
+
+IUString* ShapesIFactory::datatypeToString(icore::IDatatype const&, void const* value) {
+  if (value == nullptr) return nullptr;
+  return new IUString(static_cast<icore::IEnumerationLiteral const*>(value)->getName());
 }
 
 }  // namespace com::example::test::shapes

@@ -58,6 +58,10 @@ class ShapesIFactory : public icore::IFactory {
   icore::IObject* create(icore::IClass const& objectClass) override;
   // 75007 without identity, 75009 for a class that is not identifiable.
   icore::IObject* createProxy(icore::IClass const& objectClass, icore::IIdentity const*& identity) override;
+  // LineStyle literals by name, as generated factories convert them; null for an
+  // unknown name.
+  void* datatypeFromString(icore::IDatatype const& datatype, IUString const& text) override;
+  IUString* datatypeToString(icore::IDatatype const& datatype, void const* value) override;
 };
 
 }  // namespace com::example::test::shapes
