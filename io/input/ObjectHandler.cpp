@@ -24,6 +24,7 @@
 #include "icore/runtime/SeedRegistry.h"
 #include "io/IdentityText.h"
 #include "io/PropertyInfo.h"
+#include "io/SerializationUtils.h"
 #include "io/StreamLog.h"
 #include "io/StreamMarkers.h"
 #include "io/StreamReader.h"
@@ -76,12 +77,6 @@ bool agrees(PropertyInfo const& streamInfo, IProperty const& property) {
   const PropertyInfo registered = describe(property);
   return registered.getIsCollection() == streamInfo.getIsCollection() &&
          registered.getPropertyTypeMarker() == streamInfo.getPropertyTypeMarker();
-}
-
-// The major part of a package version: its text up to the first ".".
-IUString majorVersionOf(IUString const& version) {
-  const std::size_t dot = version.find(u'.');
-  return dot == IUString::npos ? version : version.substr(0, dot);
 }
 
 bool isAncestorOrSelf(IObject const* candidate, IObject* object) {
@@ -728,7 +723,12 @@ IClass* ObjectHandler::getIClassForName(IUString const& qualifiedName) {
 
 void ObjectHandler::checkPackageVersion(IClass const& objectClass, IUString const& streamVersion) {
   icore::IPackage const* package = objectClass.getPackage();
-  if (majorVersionOf(streamVersion) == majorVersionOf(package->getVersion())) return;
+  // A version without a dot names no major version, so it matches none.
+  const bool comparable = streamVersion.find(u'.') != IUString::npos;
+  if (comparable && SerializationUtils::getPackageMajorVersion(streamVersion) ==
+                        SerializationUtils::getPackageMajorVersion(package->getVersion())) {
+    return;
+  }
   detail::throwLoggedAt<IOException>(*logger_, reader_->getOffset(), 81017, package->getQualifiedName(), streamVersion,
                                      package->getVersion());
 }
