@@ -97,26 +97,31 @@ ObjectHandler::~ObjectHandler() = default;
 
 void ObjectHandler::beginItem() {
   created_.clear();
-  createdSet_.clear();
   stack_.clear();
 }
 
-std::vector<IObject*> ObjectHandler::endItem() {
+std::vector<IObject*> ObjectHandler::uncontainedCreated() const {
   std::vector<IObject*> uncontained;
   for (IObject* object : created_) {
     if (internalOf(object)->iGetContainer() == nullptr) uncontained.push_back(object);
   }
+  return uncontained;
+}
+
+std::vector<IObject*> ObjectHandler::endItem() {
+  std::vector<IObject*> uncontained = uncontainedCreated();
+  foreignRoots_.insert(uncontained.begin(), uncontained.end());
   created_.clear();
-  createdSet_.clear();
   return uncontained;
 }
 
 void ObjectHandler::abandonItem() {
   stack_.clear();
-  handles_.release(createdSet_);
+  handles_.release(std::unordered_set<IObject const*>(created_.begin(), created_.end()));
   // Objects that a container of this item holds go with their container; objects that
   // an earlier item's object holds stay with it.
-  for (IObject* object : endItem()) delete object;
+  for (IObject* object : uncontainedCreated()) delete object;
+  created_.clear();
 }
 
 // ---- object records ----
@@ -174,7 +179,6 @@ IObject* ObjectHandler::readConcreteObject(ClassDescriptor* descriptor, bool ski
       throwCannotSet(at, error.getMessage());
     }
     created_.push_back(object);
-    createdSet_.insert(object);
   }
   const int handle = readObjectHandle(skip);
   if (object != nullptr && handle >= 0) handles_.assign(object, handle);
@@ -251,7 +255,6 @@ IObject* ObjectHandler::readProxyObject(bool skip) {
   }
   if (proxy == nullptr) throwCannotSet(identityAt, IUString("the class makes no proxies"));
   created_.push_back(proxy);
-  createdSet_.insert(proxy);
   stack_.emplace_back(Context(proxy, nullptr, nullptr));
   readAndIgnoreAnnotations();
   handles_.assign(proxy, handle);
@@ -272,6 +275,7 @@ IObject* ObjectHandler::readSeededObject(bool skip) {
   const IUString identity = reader_->readString();
   IObject* seed = icore::QVXRuntime::getInstance()->getSeedRegistry().getObjectById(identity);
   if (seed == nullptr) detail::throwLoggedAt<IOException>(*logger_, identityAt, 81008);
+  foreignRoots_.insert(seed);
   handles_.assign(seed, handle);
   detail::logProgressf(*logger_, "Read seede object with identity [%s]", identity);
   return seed;
@@ -471,7 +475,7 @@ void ObjectHandler::attachObject(IObject* owner, IProperty const& property, IObj
   if (property.isContainment()) {
     const bool placed = child->iGetContainer() == ownerObject && child->iGetContainmentProperty() == &property;
     if (placed) return;
-    if (!isNew && (child->iGetContainer() != nullptr || createdSet_.count(value) == 0 || isAncestorOrSelf(value, owner))) {
+    if (!isNew && (child->iGetContainer() != nullptr || foreignRoots_.count(value) > 0 || isAncestorOrSelf(value, owner))) {
       throwCannotSet(at, IUString("an object read earlier cannot be contained again"));
     }
   }

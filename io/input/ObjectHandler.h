@@ -8,9 +8,10 @@
 //
 // Each object is attached to its owner as soon as it is created, before its own data is
 // read, so that a child that names its container finds itself already in place.
-// Containment is guarded against hostile streams: an object can be put into a
-// containment only if it was created by the current item, has no container yet and is
-// not an ancestor of the new owner, so the rebuilt graph is always a forest.
+// Containment is guarded against hostile streams: an object already read can be put into
+// a containment only if it has no container, is neither a seed nor an uncontained object
+// of an earlier item, and is not an ancestor of the new owner, so the rebuilt graph is
+// always a forest and every object has one owner.
 //
 // Ownership: between beginItem and endItem the handler tracks the objects it creates.
 // When reading fails, abandonItem frees the ones that no container holds (and with them
@@ -70,6 +71,7 @@ class QVX_API ObjectHandler {
 
  private:
   icore::IObject* readModeledObject();
+  std::vector<icore::IObject*> uncontainedCreated() const;
   // Reads the start of an object record after TC_OBJECT (pushing a context when data
   // or annotations follow); null in skip mode.
   icore::IObject* readObjectRecord(bool skip);
@@ -109,7 +111,9 @@ class QVX_API ObjectHandler {
   int options_ = 0;
   std::vector<IContextInfo> stack_;
   std::vector<icore::IObject*> created_;
-  std::unordered_set<icore::IObject const*> createdSet_;
+  // Objects that must never be put into a containment: the uncontained objects of
+  // earlier items (the caller's or the stream's) and the seeds (the registry's).
+  std::unordered_set<icore::IObject const*> foreignRoots_;
 };
 
 }  // namespace input
