@@ -4,7 +4,6 @@
 #include <istream>
 
 #include "icore/IObject.h"
-#include "icore/QVXLogger.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "io/StreamLog.h"
 #include "io/StreamMarkers.h"
@@ -69,11 +68,6 @@ int objectTypeOf(char marker) {
 
 bool isBoxedMarker(char marker) { return marker >= TC_BOXED_BYTE && marker <= TC_BOXED_CHAR; }
 
-std::unique_ptr<utils::ILoggerUtils> makeLogger(utils::ILogger* logger, const char* name) {
-  if (logger != nullptr) return std::make_unique<utils::ILoggerUtils>(logger, IFALSE);
-  return std::make_unique<utils::ILoggerUtils>(new icore::QVXLogger(IUString(name)), ITRUE);
-}
-
 // A list being read: frees its elements unless it is handed over.
 template <typename T>
 class PendingList {
@@ -98,7 +92,7 @@ QVXBinaryInputStream::QVXBinaryInputStream(std::istream* stream, utils::ILogger*
     : stream_(stream),
       ownLocale_(locale == nullptr ? std::make_unique<WkLocale>(IUString(WkLocale::kUtf8LocaleName)) : nullptr),
       locale_(locale != nullptr ? locale : ownLocale_.get()),
-      logger_(makeLogger(logger, "QVXBinaryInputStream")) {
+      logger_(detail::makeStreamLogger(logger, "QVXBinaryInputStream")) {
   if (stream_ == nullptr) {
     const IUString text = icore::qvxGetMsg(81001);
     detail::logError(*logger_, text);

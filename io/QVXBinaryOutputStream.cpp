@@ -2,7 +2,6 @@
 
 #include <ostream>
 
-#include "icore/QVXLogger.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "io/StreamLog.h"
 #include "io/StreamMarkers.h"
@@ -17,20 +16,11 @@ namespace com::veltrana::qvx::io {
 
 using exception::IOException;
 
-namespace {
-
-std::unique_ptr<utils::ILoggerUtils> makeLogger(utils::ILogger* logger, const char* name) {
-  if (logger != nullptr) return std::make_unique<utils::ILoggerUtils>(logger, IFALSE);
-  return std::make_unique<utils::ILoggerUtils>(new icore::QVXLogger(IUString(name)), ITRUE);
-}
-
-}  // namespace
-
 QVXBinaryOutputStream::QVXBinaryOutputStream(std::ostream* stream, utils::ILogger* logger, WkLocale* locale)
     : stream_(stream),
       ownLocale_(locale == nullptr ? std::make_unique<WkLocale>(IUString(WkLocale::kUtf8LocaleName)) : nullptr),
       locale_(locale != nullptr ? locale : ownLocale_.get()),
-      logger_(makeLogger(logger, "QVXBinaryOutputStream")) {
+      logger_(detail::makeStreamLogger(logger, "QVXBinaryOutputStream")) {
   if (stream_ == nullptr) {
     const IUString text = icore::qvxGetMsg(80001);
     detail::logError(*logger_, text);

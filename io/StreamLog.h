@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
+#include "icore/QVXLogger.h"
 #include "icore/QVXMsgCatalog.h"
 #include "platform/IUString.h"
 #include "utils/ILoggerUtils.h"
@@ -12,6 +14,13 @@ namespace com::veltrana::qvx::io::detail {
 
 using utils::ILogger;
 using utils::ILoggerUtils;
+
+// The logging wrapper of a stream: around the caller's logger (not owned), or around a
+// silent logger named `name` that the wrapper owns.
+inline std::unique_ptr<ILoggerUtils> makeStreamLogger(ILogger* logger, const char* name) {
+  if (logger != nullptr) return std::make_unique<ILoggerUtils>(logger, IFALSE);
+  return std::make_unique<ILoggerUtils>(new icore::QVXLogger(IUString(name)), ITRUE);
+}
 
 inline bool isProgressLogged(ILoggerUtils& logger) { return logger.isLoggable(ILogger::PROGRESS_LEVEL) != IFALSE; }
 

@@ -156,6 +156,8 @@ TEST_F(BinaryInputStreamTest, ADifferentMajorPackageVersionIsRefused) {
       messageOf<IOException>([&] { streamOf(header() + positionRecord("2.0.0", 1, 2)).readObject(); });
   EXPECT_TRUE(message.startsWith(icore::qvxFormatMsg(81017, "com.example.catalog", "2.0.0", "1.2.0")))
       << message.toUtf8();
+  // A version without a dot names no major version.
+  EXPECT_THROW(streamOf(header() + positionRecord("1", 1, 2)).readObject(), IOException);
 }
 
 TEST_F(BinaryInputStreamTest, AnnotationsInEveryFormAreReadAndIgnored) {

@@ -5,6 +5,8 @@
 
 #include <memory>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include "examples/catalog/Catalog.h"
 #include "examples/catalog/CatalogIPackage.h"
@@ -137,6 +139,46 @@ TEST_F(BinaryStreamRoundTripTest, AListWithTopLevelObjectsIncludesTheDetachedOne
   ASSERT_EQ(again->size(), 1U);
   EXPECT_EQ((*again)[0], readKey);
   for (icore::IObject* object : *read) delete object;
+}
+
+TEST_F(BinaryStreamRoundTripTest, StreamsInSeveralThreadsEachReadTheirOwnGraph) {
+  std::vector<std::unique_ptr<catalog::Catalog>> built;
+  std::vector<std::string> data;
+  for (int i = 0; i < 4; ++i) {
+    built.emplace_back(catalog::buildCatalog(1, 3 + i, 2, 1));
+    data.push_back(writtenCatalog(built.back().get()));
+  }
+  std::vector<std::unique_ptr<icore::IObject>> read(4);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&, i] {
+      for (int round = 0; round < 5; ++round) {
+        std::istringstream in(data[static_cast<std::size_t>(i)]);
+        QVXBinaryInputStream stream(&in, nullptr, nullptr);
+        read[static_cast<std::size_t>(i)].reset(stream.readObject());
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (std::size_t i = 0; i < 4; ++i) {
+    const auto result = ObjectGraphComparator::compare(built[i].get(), read[i].get());
+    EXPECT_TRUE(result.equal) << i << ": " << result.difference.toUtf8();
+  }
+}
+
+TEST_F(BinaryStreamRoundTripTest, ReadingLogsItsStepsWhenAskedTo) {
+  std::unique_ptr<catalog::Catalog> built(catalog::buildCatalog(1, 1, 1, 0));
+  std::istringstream in(writtenCatalog(built.get()));
+  RecordingLogger logger(4);
+  QVXBinaryInputStream stream(&in, &logger, nullptr);
+  std::unique_ptr<icore::IObject> read(stream.readObject());
+  ASSERT_NE(read, nullptr);
+  EXPECT_TRUE(logger.has(RecordingLogger::PROGRESS_LEVEL, "Successfully initialized the stream."));
+  EXPECT_TRUE(logger.has(RecordingLogger::PROGRESS_LEVEL, "Reading object data"));
+  EXPECT_TRUE(logger.has(RecordingLogger::PROGRESS_LEVEL, "Read the handle for the class descriptor. Handle: [0]"));
+  const std::string seedId = catalog::CatalogSeeds::getDataTypeSeedId(catalog::DataType::VARCHAR).toUtf8();
+  EXPECT_TRUE(logger.has(RecordingLogger::PROGRESS_LEVEL, "Read seede object with identity [" + seedId + "]"));
+  EXPECT_TRUE(logger.has(RecordingLogger::PROGRESS_LEVEL, "Deserialization complete."));
 }
 
 }  // namespace
