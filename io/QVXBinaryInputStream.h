@@ -10,11 +10,15 @@
 // When a read fails, the objects that it created are freed (objects that an object of an
 // earlier read now contains stay with that object); objects read before stay valid.
 //
-// Ownership of what is read: the caller owns the object, list and values each read
-// returns. Objects that a read created but that no container holds and that it did not
-// return (an object reached only through a reference) are kept by the stream: readObjects
-// with INCLUDE_TOP_LEVEL_OBJECTS appends them to its result, releaseDetachedObjects hands
-// them over at any time, and the stream's destructor frees those never handed over.
+// Ownership of what is read: the caller owns each list and primitive value a read
+// returns, and each object a read created and returned. A read that returns an object it
+// did not create (a seed, which the seed registry owns, or an object of an earlier read
+// named by an object reference) hands nothing over. Objects that a read created but that
+// no container holds and that it did not return (an object reached only through a
+// reference) are kept by the stream: readObjects with INCLUDE_TOP_LEVEL_OBJECTS appends
+// them to its result, releaseDetachedObjects hands them over at any time, and the
+// stream's destructor frees those never handed over. Objects that later reads may name
+// by reference must outlive the stream.
 // One thread at a time.
 #pragma once
 

@@ -1,16 +1,21 @@
 // libFuzzer target: reads arbitrary bytes as a binary object stream, item by item, the
 // way a service reads a stream from another process. Every documented failure is an
 // IOException (InvalidDataException derives from it); anything else, a crash, a leak or
-// an assertion is a finding. Whatever a read returns is freed, with the objects the
-// stream kept.
+// an assertion is a finding. At the end the caller's objects are freed as the stream's
+// contract says: the uncontained objects that reads returned or the stream handed over,
+// seeds excepted (the registry owns them), each once.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "examples/catalog/CatalogSeeds.h"
+#include "icore/IClass.h"
 #include "icore/IObject.h"
+#include "icore/internal/IObjectInternal.h"
 #include "io/QVXBinaryInputStream.h"
 #include "io/exception/IOException.h"
 #include "platform/WkDate.h"
@@ -19,7 +24,33 @@
 namespace {
 
 using com::veltrana::qvx::icore::IObject;
+using com::veltrana::qvx::icore::internal::IObjectInternal;
 using com::veltrana::qvx::io::QVXBinaryInputStream;
+
+// Objects that reads handed out, each once.
+class ReadObjects {
+ public:
+  void add(IObject* object) {
+    if (object != nullptr && seen_.insert(object).second) order_.push_back(object);
+  }
+  void addAll(IVector<IObject*>* list) {
+    std::unique_ptr<IVector<IObject*>> owned(list);
+    for (IObject* object : *owned) add(object);
+  }
+  // Frees the roots among them; contained objects go with their containers.
+  void freeRoots() {
+    std::vector<IObject*> roots;
+    for (IObject* object : order_) {
+      auto* internal = static_cast<IObjectInternal*>(object);
+      if (internal->iGetContainer() == nullptr && !internal->iGetIClass()->isSeeded()) roots.push_back(object);
+    }
+    for (IObject* root : roots) delete root;
+  }
+
+ private:
+  std::unordered_set<IObject*> seen_;
+  std::vector<IObject*> order_;
+};
 
 template <typename T>
 void freeList(IVector<T*>* list) {
@@ -28,10 +59,10 @@ void freeList(IVector<T*>* list) {
 }
 
 // Reads the next item by its type; false when the stream has ended.
-bool readItem(QVXBinaryInputStream& stream) {
+bool readItem(QVXBinaryInputStream& stream, ReadObjects& objects) {
   if (stream.hasNextObject() == IFALSE) return false;
   switch (stream.getNextObjectType()) {
-    case QVXBinaryInputStream::LIST_OF_OBJECTS: freeList(stream.readObjects()); return true;
+    case QVXBinaryInputStream::LIST_OF_OBJECTS: objects.addAll(stream.readObjects()); return true;
     case QVXBinaryInputStream::LIST_OF_INTEGERS: freeList(stream.readInts()); return true;
     case QVXBinaryInputStream::LIST_OF_SHORTS: freeList(stream.readShorts()); return true;
     case QVXBinaryInputStream::LIST_OF_LONGS: freeList(stream.readLongs()); return true;
@@ -57,7 +88,7 @@ bool readItem(QVXBinaryInputStream& stream) {
       return true;
     }
     case QVXBinaryInputStream::PRIMITIVE_DATE: delete stream.readDate(); return true;
-    default: delete stream.readObject(); return true;
+    default: objects.add(stream.readObject()); return true;
   }
 }
 
@@ -72,13 +103,17 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
-  QVXBinaryInputStream stream(&in, nullptr, nullptr);
-  try {
-    while (readItem(stream)) {
+  ReadObjects objects;
+  {
+    QVXBinaryInputStream stream(&in, nullptr, nullptr);
+    try {
+      while (readItem(stream, objects)) {
+      }
+    } catch (com::veltrana::qvx::io::exception::IOException const&) {
+      // A documented rejection of the input.
     }
-  } catch (com::veltrana::qvx::io::exception::IOException const&) {
-    // A documented rejection of the input.
+    objects.addAll(stream.releaseDetachedObjects());
   }
-  freeList(stream.releaseDetachedObjects());
+  objects.freeRoots();
   return 0;
 }
