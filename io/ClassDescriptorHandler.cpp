@@ -37,9 +37,7 @@ IUString typeNameOf(icore::IProperty const& property) {
 
 ClassDescriptorHandler::ClassDescriptorHandler(StreamWriter* writer, HandleManager* handles,
                                                utils::ILoggerUtils* logger)
-    : writer_(writer), handles_(handles), logger_(logger) {
-  describedClasses_.reserve(64);
-}
+    : writer_(writer), handles_(handles), logger_(logger) {}
 
 ClassDescriptorHandler::ClassDescriptorHandler(StreamReader* reader, HandleManager* handles,
                                                utils::ILoggerUtils* logger)
@@ -62,14 +60,14 @@ void ClassDescriptorHandler::writeClassDescriptor(icore::IClass const* objectCla
   std::vector<icore::IClass const*> opened;
   for (icore::IClass const* current = objectClass;;) {
     detail::logProgressf(*logger_, "Writing the class descriptor for the IClass: [%s]", current->getName());
-    if (describedClasses_.count(current) > 0) {
+    // A class has a handle exactly when its descriptor has been written in full.
+    if (handles_->getHandle(current) >= 0) {
       writeClassDescriptorReference(current);
       break;
     }
     detail::logProgress(*logger_,
                         "The class descriptor is not already present in the stream. Writing the complete class "
                         "descriptor.");
-    describedClasses_.insert(current);
     writeMarker(TC_CLASSDESC);
     writeClassDescriptorHandle(current);
     writer_->writeString(current->getQualifiedName());

@@ -12,7 +12,6 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_set>
 #include <vector>
 
 #include "io/ClassDescriptor.h"
@@ -79,7 +78,6 @@ class QVX_API ClassDescriptorHandler {
   StreamReader* reader_ = nullptr;
   HandleManager* handles_;
   utils::ILoggerUtils* logger_;
-  std::unordered_set<icore::IClass const*> describedClasses_;
   // Property entries copied from super class descriptors so far; bounded by the input
   // read, so that many small descriptors inheriting from one large one cannot make the
   // reader allocate far more than the stream holds.

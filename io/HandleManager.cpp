@@ -24,7 +24,7 @@ IUString classNameOf(icore::IObject const* object) {
 
 }  // namespace
 
-HandleManager::HandleManager(utils::ILoggerUtils* logger) : logger_(logger) { handles_.reserve(64); }
+HandleManager::HandleManager(utils::ILoggerUtils* logger) : logger_(logger) {}
 
 HandleManager::~HandleManager() = default;
 
@@ -37,10 +37,11 @@ int HandleManager::assignHandle(icore::IClass const* objectClass) {
 }
 
 int HandleManager::appendHandle(void const* pointer, IUString const& className) {
-  const auto [position, added] = handles_.emplace(pointer, static_cast<int>(table_.size()));
-  if (!added) detail::throwLogged<IOException>(*logger_, 82001, className, position->second);
+  const int handle = static_cast<int>(table_.size());
+  const int existing = handles_.insert(pointer, handle);
+  if (existing >= 0) detail::throwLogged<IOException>(*logger_, 82001, className, existing);
   table_.push_back({const_cast<void*>(pointer), EntryKind::kObject});
-  return position->second;
+  return handle;
 }
 
 HandleManager::Entry HandleManager::lookup(int handle) const {
@@ -122,7 +123,6 @@ void HandleManager::release(std::unordered_set<icore::IObject const*> const& obj
   };
   for (Entry& entry : table_) forget(entry);
   for (auto& slot : beyondTable_) forget(slot.second);
-  for (icore::IObject const* object : objects) handles_.erase(object);
 }
 
 void HandleManager::adoptClassDescriptor(std::unique_ptr<ClassDescriptor> descriptor) {

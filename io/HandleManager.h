@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "io/ClassDescriptor.h"
+#include "io/PointerHandleMap.h"
 #include "platform/QvxExport.h"
 
 namespace com::veltrana::qvx::utils {
@@ -37,10 +38,7 @@ class QVX_API HandleManager {
   ~HandleManager();
 
   // The handle of `pointer` on the output side, or -1.
-  int getHandle(void const* pointer) const {
-    const auto found = handles_.find(pointer);
-    return found != handles_.end() ? found->second : -1;
-  }
+  int getHandle(void const* pointer) const { return handles_.find(pointer); }
   // The next handle for an object or a class; IOException 82001 when it has one.
   int assignHandle(icore::IObject const* object);
   int assignHandle(icore::IClass const* objectClass);
@@ -76,7 +74,7 @@ class QVX_API HandleManager {
   utils::ILoggerUtils* logger_;
   std::vector<Entry> table_;
   std::unordered_map<int, Entry> beyondTable_;
-  std::unordered_map<void const*, int> handles_;
+  PointerHandleMap handles_;
   std::vector<std::unique_ptr<ClassDescriptor>> descriptors_;
 };
 
