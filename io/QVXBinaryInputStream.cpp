@@ -236,6 +236,12 @@ IVector<IObject*>* QVXBinaryInputStream::readObjects(int options) {
   logDeserializationStart(options);
   const char marker = getNextMarker();
   if (marker == TC_STREAM_END) handleEndMarker();
+  if (marker >= TC_BYTE_LIST && marker <= TC_DATE_LIST) {
+    // A list of primitives stays in front of the reader, for its own read.
+    isMarkerWaiting_ = true;
+    waitingMarker_ = marker;
+    detail::throwLoggedAt<IOException>(*logger_, reader_->getOffset(), 81014);
+  }
   if (marker != TC_LIST_OF_OBJECTS) {
     detail::throwLoggedAt<InvalidDataException>(*logger_, reader_->getOffset() - 1, 81004, "TC_LIST_OF_OBJECTS",
                                                 static_cast<int>(marker));

@@ -91,6 +91,8 @@ TEST_F(BinaryInputStreamTest, NextObjectTypeClassifiesEachItemAndKeepsTheMarkerF
   ASSERT_EQ(objects->size(), 1U);
   EXPECT_EQ((*objects)[0], nullptr);
   EXPECT_EQ(stream.getNextObjectType(), QVXBinaryInputStream::LIST_OF_INTEGERS);
+  const IUString notObjects = messageOf<IOException>([&] { stream.readObjects(); });
+  EXPECT_TRUE(notObjects.startsWith(icore::qvxGetMsg(81014))) << notObjects.toUtf8();
   EXPECT_THROW(stream.readShorts(), IOException);  // 81003: not the item's type
 }
 
