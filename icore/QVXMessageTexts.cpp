@@ -150,6 +150,9 @@ constexpr QVXMessageText kTexts[] = {
     {81016, u"Skipping a boxed primitive value; it yields no object."},
     {81017, u"Package %s: the stream was written with version %s, whose major version differs from that of the "
             u"registered version %s."},
+    {81018, u"The count or length %d read at binary stream offset %lld is negative."},
+    {81019, u"The class descriptors read up to binary stream offset %lld inherit more property entries than the stream "
+            u"can describe."},
 
     // 82xxx: handle manager of the binary streams.
     {82001, u"An object of class %s already has the handle %d."},
