@@ -10,6 +10,7 @@
 
 #include "examples/catalog/CatalogExport.h"
 #include "icore/IObject.h"
+#include "icore/internal/HeapOptional.h"
 #include "icore/internal/IObjectInternal.h"
 #include "platform/IVector.h"
 
@@ -20,9 +21,14 @@ class IProperty;
 
 namespace com::example::catalog::support {
 
+// The initial capacity of the collections that objects hold: most hold a few
+// elements, many none (a collection allocates nothing until its first element).
+inline constexpr std::size_t kCollectionCapacity = 4;
+
 using com::veltrana::qvx::icore::IEnumerationLiteral;
 using com::veltrana::qvx::icore::IObject;
 using com::veltrana::qvx::icore::IProperty;
+using com::veltrana::qvx::icore::internal::HeapOptional;
 using com::veltrana::qvx::icore::internal::IObjectInternal;
 
 // A read-only typed view of an object's reference collection whose elements are all
@@ -77,6 +83,11 @@ void const* valueOrNull(std::optional<T> const& value) {
   return value.has_value() ? &*value : nullptr;
 }
 
+template <typename T>
+void const* valueOrNull(HeapOptional<T> const& value) {
+  return value.get();
+}
+
 // Stores the value behind a reflective pointer; null unsets the value.
 template <typename T>
 void assignOptional(std::optional<T>& target, void const* value) {
@@ -86,11 +97,28 @@ void assignOptional(std::optional<T>& target, void const* value) {
   }
   target = *static_cast<T const*>(value);
 }
+template <typename T>
+void assignOptional(HeapOptional<T>& target, void const* value) {
+  if (value == nullptr) {
+    target.reset();
+    return;
+  }
+  target.assign(*static_cast<T const*>(value));
+}
 
 // Stores the value behind a reflective pointer; null restores the property's default.
 template <typename T>
 void assignOrDefault(T& target, void const* value, T const& defaultValue) {
   target = value != nullptr ? *static_cast<T const*>(value) : defaultValue;
+}
+
+// Stores the value behind a reflective pointer in `target` and records in `isSet`
+// whether there was one; null unsets the value (for values kept with a flag of their
+// own rather than in a std::optional).
+template <typename T>
+void assignFlagged(T& target, bool& isSet, void const* value) {
+  isSet = value != nullptr;
+  target = isSet ? *static_cast<T const*>(value) : T();
 }
 
 // The reflective form of a reference: the object as an IObject.
@@ -135,14 +163,6 @@ void setContained(IObjectInternal& owner, IProperty const& property, T*& slot, T
 // Appends `item` unless the collection holds it already (for unique references).
 inline void appendUnique(IVector<IObject*>& items, IObject* item) {
   if (item != nullptr && !items.contains(item)) items.append(item);
-}
-
-// Frees the values that an object owns in a collection (contained objects, primitive
-// values) and empties it.
-template <typename T>
-void deleteAll(IVector<T*>& items) {
-  for (T* item : items) delete item;
-  items.clear();
 }
 
 }  // namespace com::example::catalog::support

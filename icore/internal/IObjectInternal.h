@@ -54,6 +54,11 @@ class QVX_API IObjectInternal : public IObject {
   // Takes ownership of `identity`.
   virtual void iSetIdentity(IIdentity const*& identity);
   virtual IBOOLEAN iHasItems(IProperty const& property);
+  // Sets a generated UUID identity, given as its 16 bytes in RFC 4122 order, and
+  // returns it; the checks are those of iSetIdentity. The base makes a UUIIdentity
+  // and passes it to iSetIdentity; classes that keep the identity inline
+  // (IdentitySlot) override this to make it in place without allocating.
+  virtual IIdentity const* iSetUUIDIdentity(const unsigned char* bytes);
 
   IClass* iGetIClass() { return class_; }
   IClass const* iGetIClass() const { return class_; }
