@@ -2,6 +2,8 @@
 
 #include <xercesc/util/XMLExceptMsgs.hpp>
 
+#include "utils/TXMLWrapperHelper.h"
+
 namespace com::veltrana::qvx::io::exception {
 
 namespace {
@@ -10,10 +12,14 @@ constexpr auto kParserCode = static_cast<xercesc::XMLExcepts::Codes>(120);
 const XMLCh kTypeName[] = u"SerializationException";
 }  // namespace
 
-SerializationException::SerializationException() : xercesc::XMLException(__FILE__, __LINE__) {}
+// The parser must be running before its exception base is built: the base allocates
+// through the parser's memory manager.
+SerializationException::SerializationException()
+    : xercesc::XMLException(__FILE__, __LINE__, utils::TXMLWrapperHelper::ensureXMLEnvironment()) {}
 
 SerializationException::SerializationException(const IUString& message)
-    : xercesc::XMLException(__FILE__, __LINE__), message_(message.str()) {
+    : xercesc::XMLException(__FILE__, __LINE__, utils::TXMLWrapperHelper::ensureXMLEnvironment()),
+      message_(message.str()) {
   loadExceptText(kParserCode);
 }
 
