@@ -15,6 +15,7 @@
 #include "platform/IVector.h"
 
 namespace com::veltrana::qvx::icore {
+class IEnumeration;
 class IEnumerationLiteral;
 class IProperty;
 }  // namespace com::veltrana::qvx::icore
@@ -25,6 +26,7 @@ namespace com::example::catalog::support {
 // elements, many none (a collection allocates nothing until its first element).
 inline constexpr std::size_t kCollectionCapacity = 4;
 
+using com::veltrana::qvx::icore::IEnumeration;
 using com::veltrana::qvx::icore::IEnumerationLiteral;
 using com::veltrana::qvx::icore::IObject;
 using com::veltrana::qvx::icore::IProperty;
@@ -133,10 +135,11 @@ T* referenceValue(IProperty const& property, void* value) {
   return static_cast<T*>(checkedReference(property, value));
 }
 
-// The literal behind a reflective enumeration value; null gives `defaultLiteral`.
-inline IEnumerationLiteral* literalOrDefault(void* value, IEnumerationLiteral* defaultLiteral) {
-  return value != nullptr ? static_cast<IEnumerationLiteral*>(value) : defaultLiteral;
-}
+// The ordinal of `literal` of `enumeration`, for a value kept as its ordinal; null gives
+// `defaultOrdinal`. A literal of another enumeration is an assertion failure and is
+// taken as null.
+QVX_CATALOG_API int ordinalOrDefault(IEnumerationLiteral const* literal, IEnumeration const& enumeration,
+                                     int defaultOrdinal);
 
 // Takes `child` out of the containment property of its present container, if any;
 // it then belongs to the caller.

@@ -8,7 +8,7 @@
 namespace com::example::catalog {
 
 Column::Column()
-    : NamedElement(package()->getColumnIClass()), dataType_(package()->getLiteral(DataType::VARCHAR)) {}
+    : NamedElement(package()->getColumnIClass()) {}
 
 Column::~Column() { sampleValues_.deleteValues(); }
 
@@ -29,12 +29,19 @@ void Column::setTable(Table* table) {
 
 IEnumerationLiteral* Column::getDataType() const {
   checkNotProxy();
-  return dataType_;
+  return dataTypeLiteral();
+}
+
+IEnumerationLiteral* Column::dataTypeLiteral() const { return package()->getLiteral(static_cast<DataType>(dataType_)); }
+
+void Column::storeDataType(IEnumerationLiteral const* dataType) {
+  dataType_ = static_cast<std::uint8_t>(support::ordinalOrDefault(dataType, *package()->getDataTypeIEnumeration(),
+                                                                  static_cast<int>(DataType::VARCHAR)));
 }
 
 void Column::setDataType(IEnumerationLiteral* dataType) {
   checkNotProxy();
-  dataType_ = dataType != nullptr ? dataType : package()->getLiteral(DataType::VARCHAR);
+  storeDataType(dataType);
 }
 
 std::int32_t Column::getLength() const {
@@ -155,7 +162,7 @@ void Column::setType(DataTypeDef* type) {
 void const* Column::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kTablePropertyId: return support::asReflective(getTable());
-    case kDataTypePropertyId: return dataType_;
+    case kDataTypePropertyId: return dataTypeLiteral();
     case kLengthPropertyId: return &length_;
     case kPrecisionPropertyId: return &precision_;
     case kScalePropertyId: return &scale_;
@@ -174,9 +181,7 @@ void const* Column::getValue(IProperty const& property, unsigned int* length) co
 void Column::setValue(IProperty const& property, void* value, unsigned int length) {
   switch (property.getPropertyId()) {
     case kTablePropertyId: setTable(support::referenceValue<Table>(property, value)); return;
-    case kDataTypePropertyId:
-      dataType_ = support::literalOrDefault(value, package()->getLiteral(DataType::VARCHAR));
-      return;
+    case kDataTypePropertyId: storeDataType(static_cast<IEnumerationLiteral*>(value)); return;
     case kLengthPropertyId: support::assignOrDefault(length_, value, std::int32_t{0}); return;
     case kPrecisionPropertyId: support::assignOrDefault(precision_, value, std::int16_t{0}); return;
     case kScalePropertyId: support::assignOrDefault(scale_, value, char{0}); return;

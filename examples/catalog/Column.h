@@ -76,10 +76,13 @@ class QVX_CATALOG_API Column : public NamedElement {
   void setValue(IProperty const& property, void* value, unsigned int length) override;
 
  private:
+  IEnumerationLiteral* dataTypeLiteral() const;
+  void storeDataType(IEnumerationLiteral const* dataType);
+
   // Largest alignment first, so that the members leave no padding between them: a
   // column is the most numerous object of a catalog. The two optional values keep
-  // their flags in the last bytes instead of a padded std::optional each.
-  IEnumerationLiteral* dataType_;
+  // their flags in the last bytes instead of a padded std::optional each, and the data
+  // type is kept as its DataType ordinal rather than a pointer to the literal.
   DataTypeDef* type_ = nullptr;
   double selectivity_ = 0.0;
   HeapOptional<IUString> defaultValue_;
@@ -93,6 +96,7 @@ class QVX_CATALOG_API Column : public NamedElement {
   char scale_ = 0;
   bool hasCreated_ = false;
   bool hasInitial_ = false;
+  std::uint8_t dataType_ = static_cast<std::uint8_t>(DataType::VARCHAR);
 };
 
 }  // namespace com::example::catalog
