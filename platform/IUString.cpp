@@ -1,7 +1,9 @@
 #include "platform/IUString.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <type_traits>
 
 #include "platform/WkUString.h"
 
@@ -106,9 +108,25 @@ void appendAscii(std::u16string& out, const char* text, int length) {
   for (int i = 0; i < length; ++i) out.push_back(static_cast<unsigned char>(text[i]));
 }
 
+// Plain decimal integers, the common case in names and messages, go through to_chars:
+// two snprintf calls (the pattern, then the value) cost several times as much.
+template <typename T>
+bool appendPlainDecimal(std::u16string& out, const std::string& flags, char letter, T value) {
+  if constexpr (std::is_integral_v<T>) {
+    if (flags.empty() && (letter == 'd' || letter == 'i' || letter == 'u')) {
+      char digits[24];
+      const auto written = std::to_chars(digits, digits + sizeof digits, value);
+      appendAscii(out, digits, static_cast<int>(written.ptr - digits));
+      return true;
+    }
+  }
+  return false;
+}
+
 // Prints one number with snprintf, using the conversion's flags and `letter`.
 template <typename T>
 void appendNumber(std::u16string& out, const std::string& flags, const char* lengthModifier, char letter, T value) {
+  if (appendPlainDecimal(out, flags, letter, value)) return;
   char printfPattern[48];
   std::snprintf(printfPattern, sizeof printfPattern, "%%%s%s%c", flags.c_str(), lengthModifier, letter);
   char buffer[512];

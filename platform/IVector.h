@@ -34,7 +34,8 @@ constexpr bool kHasValueBlocks = std::is_pointer_v<T> && std::is_arithmetic_v<st
 
 // The blocks of values of a vector of pointers to V. A block is never moved or
 // reallocated, so the address of a value stays valid for the life of the block; a slot
-// is not reused until every block is released.
+// is not reused until every block is released. The first block, usually the only one,
+// carries an 8-byte header; later blocks also link to the block before them.
 template <typename V>
 class ValueBlocks {
  public:
@@ -55,15 +56,15 @@ class ValueBlocks {
   // double the previous one. Throws std::bad_alloc when no block can be had.
   V* take(V value, std::uint32_t firstCapacity) {
     if (last_ == nullptr || last_->used == last_->capacity) addBlock(firstCapacity);
-    V* slot = last_->slots() + last_->used++;
+    V* slot = slotsOf(last_) + last_->used++;
     *slot = value;
     return slot;
   }
 
   bool holds(const V* value) const {
     const auto address = reinterpret_cast<std::uintptr_t>(value);
-    for (const Block* block = last_; block != nullptr; block = block->previous) {
-      const auto first = reinterpret_cast<std::uintptr_t>(block->slots());
+    for (Header* block = last_; block != nullptr; block = previousOf(block)) {
+      const auto first = reinterpret_cast<std::uintptr_t>(slotsOf(block));
       if (address >= first && address < first + block->capacity * sizeof(V)) return true;
     }
     return false;
@@ -71,7 +72,7 @@ class ValueBlocks {
 
   void release() noexcept {
     while (last_ != nullptr) {
-      Block* previous = last_->previous;
+      Header* previous = previousOf(last_);
       ::operator delete(last_);
       last_ = previous;
     }
@@ -80,24 +81,41 @@ class ValueBlocks {
   void swap(ValueBlocks& other) noexcept { std::swap(last_, other.last_); }
 
  private:
-  struct Block {
-    Block* previous;
+  struct Header {
     std::uint32_t capacity;
-    std::uint32_t used;
-    V* slots() { return reinterpret_cast<V*>(this + 1); }
-    const V* slots() const { return reinterpret_cast<const V*>(this + 1); }
+    std::uint32_t used : 31;
+    std::uint32_t hasPrevious : 1;
   };
-  static_assert(sizeof(Block) % alignof(V) == 0, "values follow the block header");
-
-  void addBlock(std::uint32_t firstCapacity) {
-    const std::uint32_t capacity =
-        last_ == nullptr ? std::max<std::uint32_t>(firstCapacity, 1)
-                         : (last_->capacity > (UINT32_MAX >> 1) ? UINT32_MAX : last_->capacity * 2);
-    void* memory = ::operator new(sizeof(Block) + std::size_t{capacity} * sizeof(V));
-    last_ = ::new (memory) Block{last_, capacity, 0};
+  // A block is its Header, then the link to the previous block when there is one, then
+  // the slots, each part aligned for the next.
+  static constexpr std::size_t kLinkOffset = (sizeof(Header) + alignof(Header*) - 1) / alignof(Header*) * alignof(Header*);
+  static constexpr std::size_t slotOffset(bool hasPrevious) {
+    const std::size_t start = hasPrevious ? kLinkOffset + sizeof(Header*) : sizeof(Header);
+    return (start + alignof(V) - 1) / alignof(V) * alignof(V);
+  }
+  static unsigned char* bytesOf(Header* block) { return reinterpret_cast<unsigned char*>(block); }
+  static Header* previousOf(Header* block) {
+    return block->hasPrevious ? *reinterpret_cast<Header**>(bytesOf(block) + kLinkOffset) : nullptr;
+  }
+  static V* slotsOf(Header* block) {
+    return reinterpret_cast<V*>(bytesOf(block) + slotOffset(block->hasPrevious != 0));
   }
 
-  Block* last_ = nullptr;
+  void addBlock(std::uint32_t firstCapacity) {
+    const bool hasPrevious = last_ != nullptr;
+    const std::uint32_t capacity =
+        !hasPrevious ? std::clamp<std::uint32_t>(firstCapacity, 1, kMaxBlockCapacity)
+                     : std::min<std::uint32_t>(last_->capacity, kMaxBlockCapacity / 2) * 2;
+    void* memory = ::operator new(slotOffset(hasPrevious) + std::size_t{capacity} * sizeof(V));
+    auto* block = ::new (memory) Header{capacity, 0, hasPrevious ? 1U : 0U};
+    if (hasPrevious) ::new (bytesOf(block) + kLinkOffset) Header*(last_);
+    last_ = block;
+  }
+
+  // `used` has 31 bits.
+  static constexpr std::uint32_t kMaxBlockCapacity = 0x7FFFFFFFU;
+
+  Header* last_ = nullptr;
 };
 
 // Vectors whose elements cannot point into value blocks carry none.
