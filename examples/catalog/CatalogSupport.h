@@ -22,9 +22,13 @@ class IProperty;
 
 namespace com::example::catalog::support {
 
-// The initial capacity of the collections that objects hold: most hold a few
-// elements, many none (a collection allocates nothing until its first element).
-inline constexpr std::size_t kCollectionCapacity = 4;
+// The initial capacities of the collections that objects hold (a collection allocates
+// nothing until its first element). Most hold one or two references or strings. A
+// collection of numbers also takes its values' first block with this many slots, and
+// four 32-bit values fill the smallest heap block together with the block's header,
+// so starting it smaller would save nothing there and cost a regrowth early.
+inline constexpr std::size_t kCollectionCapacity = 2;
+inline constexpr std::size_t kNumberCollectionCapacity = 4;
 
 using com::veltrana::qvx::icore::IEnumeration;
 using com::veltrana::qvx::icore::IEnumerationLiteral;

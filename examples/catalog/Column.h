@@ -86,7 +86,7 @@ class QVX_CATALOG_API Column : public NamedElement {
   DataTypeDef* type_ = nullptr;
   double selectivity_ = 0.0;
   HeapOptional<IUString> defaultValue_;
-  IVector<std::int32_t*> sampleValues_{support::kCollectionCapacity};
+  IVector<std::int32_t*> sampleValues_{support::kNumberCollectionCapacity};
   WkDate created_;
   std::int32_t length_ = 0;
   float weight_ = 0.0F;
