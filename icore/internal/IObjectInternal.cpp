@@ -190,9 +190,7 @@ void IObjectInternal::checkPropertyAccess(IProperty const& property) const {
   checkNotProxy();
 }
 
-void IObjectInternal::checkNotProxy() const {
-  if (proxy_) throw UnresolvedProxyException(qvxGetMsg(75004));
-}
+void IObjectInternal::throwProxyAccess() { throw UnresolvedProxyException(qvxGetMsg(75004)); }
 
 void IObjectInternal::throwUnknownGet(IProperty const& property) const {
   throw IllegalArgumentException(qvxFormatMsg(73005, property.getName(), qualifiedClassNameOf(class_)));

@@ -107,7 +107,10 @@ class QVX_API IObjectInternal : public IObject {
   // Throws 73005 unless `property` belongs to this object's class, then 75004 on a proxy.
   void checkPropertyAccess(IProperty const& property) const;
   // Throws 75004 when this object is a proxy (typed accessors call it first).
-  void checkNotProxy() const;
+  // Inline: every typed accessor of every generated class starts with it.
+  void checkNotProxy() const {
+    if (proxy_) throwProxyAccess();
+  }
   // The exceptions of an id that the class does not handle.
   [[noreturn]] void throwUnknownGet(IProperty const& property) const;
   [[noreturn]] void throwUnknownSet(IProperty const& property) const;
@@ -116,6 +119,8 @@ class QVX_API IObjectInternal : public IObject {
   [[noreturn]] void throwNotMultiValued(IProperty const& property) const;
 
  private:
+  [[noreturn]] static void throwProxyAccess();
+
   IObjectInfo info_;
   IBOOLEAN proxy_ = IFALSE;
   IClass* class_ = nullptr;
