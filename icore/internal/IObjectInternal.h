@@ -12,7 +12,9 @@
 //   multi-valued        pointer to the owner's collection, never a copy:
 //                       IVector<IObject*> for references, IVector<IEnumerationLiteral*>
 //                       for enumerations, IVector<T*> for primitives of value type T
-//                       (the owner owns the values)
+//                       (the owner owns the values; numbers it adds itself may
+//                       sit in the collection's value blocks, IVector::appendValue,
+//                       so no other code deletes a value of a collection)
 // iSet copies the value it is pointed to (a date too); only the boxed IDate keeps the
 // date pointer it is given, as its setValue does. Proxy resolution relies on the copy.
 // Ownership: an object owns the values of its containment properties and the values of
