@@ -12,6 +12,7 @@
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IdentityException.h"
 #include "icore/exception/IllegalArgumentException.h"
+#include "icore/exception/UnresolvedProxyException.h"
 #include "icore/internal/IObjectInternal.h"
 #include "icore/internal/IdentityManager.h"
 #include "icore/primitives/IBlob.h"
@@ -28,6 +29,7 @@
 #include "icore/primitives/PrimitivesIFactory.h"
 #include "icore/runtime/PackageRegistration.h"
 #include "icore/runtime/SeedRegistry.h"
+#include "icore/runtime/UUIIdentity.h"
 #include "io/ResourceResolver.h"
 #include "platform/DynLoadLib.h"
 #include "platform/QvxAssert.h"
@@ -157,11 +159,12 @@ IIdentity const* QVXRuntime::assignUUID(IObject* object) const {
     throw exception::IdentityException(
         qvxFormatMsg(73008, objectClass != nullptr ? objectClass->getName() : IUString()));
   }
-  std::unique_ptr<IIdentity> made(identityManager_->generateNewId());
-  IIdentity const* identity = made.get();
-  info->setIdentity(identity);
-  made.release();  // the object owns it now
-  return identity;
+  // The facade's setIdentity would refuse a proxy; the identity is then made in place
+  // by the object (iSetUUIDIdentity), which saves a heap block per object.
+  if (info->isProxy()) throw exception::UnresolvedProxyException(qvxGetMsg(75000));
+  unsigned char bytes[runtime::UUIIdentity::kByteCount];
+  identityManager_->generateNewUUIDBytes(bytes);
+  return info->getAssociatedObject()->iSetUUIDIdentity(bytes);
 }
 
 IUString QVXRuntime::identityToString(IIdentity const* identity) { return identityManager_->identityToString(identity); }

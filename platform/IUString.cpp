@@ -1,7 +1,9 @@
 #include "platform/IUString.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <type_traits>
 
 #include "platform/WkUString.h"
 
@@ -76,6 +78,9 @@ bool isFlagOrWidth(char16_t unit) {
 constexpr std::size_t kMaxFlagsLength = 16;
 constexpr std::size_t kMaxNumberDigits = 3;
 
+// The formatting buffer of a thread keeps at most this many code units between calls.
+constexpr std::size_t kKeptScratchCapacity = 4096;
+
 bool isLengthModifier(char16_t unit) {
   return unit == u'h' || unit == u'l' || unit == u'L' || unit == u'q' || unit == u'j' ||
          unit == u'z' || unit == u't';
@@ -103,9 +108,25 @@ void appendAscii(std::u16string& out, const char* text, int length) {
   for (int i = 0; i < length; ++i) out.push_back(static_cast<unsigned char>(text[i]));
 }
 
+// Plain decimal integers, the common case in names and messages, go through to_chars:
+// two snprintf calls (the pattern, then the value) cost several times as much.
+template <typename T>
+bool appendPlainDecimal(std::u16string& out, const std::string& flags, char letter, T value) {
+  if constexpr (std::is_integral_v<T>) {
+    if (flags.empty() && (letter == 'd' || letter == 'i' || letter == 'u')) {
+      char digits[24];
+      const auto written = std::to_chars(digits, digits + sizeof digits, value);
+      appendAscii(out, digits, static_cast<int>(written.ptr - digits));
+      return true;
+    }
+  }
+  return false;
+}
+
 // Prints one number with snprintf, using the conversion's flags and `letter`.
 template <typename T>
 void appendNumber(std::u16string& out, const std::string& flags, const char* lengthModifier, char letter, T value) {
+  if (appendPlainDecimal(out, flags, letter, value)) return;
   char printfPattern[48];
   std::snprintf(printfPattern, sizeof printfPattern, "%%%s%s%c", flags.c_str(), lengthModifier, letter);
   char buffer[512];
@@ -217,10 +238,22 @@ void appendConversion(std::u16string& out, const Conversion& c, const Arg& arg) 
 
 }  // namespace
 
+// The text is assembled in a per-thread buffer that keeps its capacity between calls,
+// and the result is copied out at its exact length: a formatted name then costs one
+// block of its own size (none when it fits the string's inline buffer) instead of
+// carrying the growth slack of the assembly for as long as it lives.
 IUString IUString::formatArgs(const IUString& pattern, const FormatArg* args, std::size_t count) {
-  const std::u16string_view text = pattern.view();
-  std::u16string out;
-  out.reserve(text.size() + 16 * count);
+  thread_local std::u16string scratch;
+  std::u16string& out = scratch;
+  out.clear();
+  appendFormatted(out, pattern.view(), args, count);
+  IUString result(out.data(), out.size());
+  // A huge message must not stay pinned to the thread.
+  if (out.capacity() > kKeptScratchCapacity) std::u16string().swap(out);
+  return result;
+}
+
+void IUString::appendFormatted(std::u16string& out, std::u16string_view text, const FormatArg* args, std::size_t count) {
   std::size_t next = 0;
   std::size_t i = 0;
   while (i < text.size()) {
@@ -246,7 +279,6 @@ IUString IUString::formatArgs(const IUString& pattern, const FormatArg* args, st
     appendConversion(out, conversion, args[next++]);
     i = conversion.end;
   }
-  return IUString(std::move(out));
 }
 
 std::uint32_t hashFunction(const IUString& key) {

@@ -145,6 +145,9 @@ class QVX_API IUString {
     return arg;
   }
 
+  static void appendFormatted(std::u16string& out, std::u16string_view pattern, const FormatArg* args,
+                              std::size_t count);
+
   std::u16string text_;
 };
 

@@ -108,11 +108,15 @@ void WkDate::assignTime(std::int64_t seconds, std::int32_t nanosecond) {
   const std::int64_t days = floorDiv(seconds, kSecondsPerDay);
   const std::int64_t secondOfDay = floorMod(seconds, kSecondsPerDay);
   std::int64_t year;
-  civilFromDays(days, year, month_, day_);
-  year_ = static_cast<int>(year);
-  hour_ = static_cast<int>(secondOfDay / 3600);
-  minute_ = static_cast<int>(secondOfDay / 60 % 60);
-  second_ = static_cast<int>(secondOfDay % 60);
+  int month;
+  int day;
+  civilFromDays(days, year, month, day);
+  year_ = static_cast<std::int16_t>(year);
+  month_ = static_cast<std::uint8_t>(month);
+  day_ = static_cast<std::uint8_t>(day);
+  hour_ = static_cast<std::uint8_t>(secondOfDay / 3600);
+  minute_ = static_cast<std::uint8_t>(secondOfDay / 60 % 60);
+  second_ = static_cast<std::uint8_t>(secondOfDay % 60);
   nanosecond_ = nanosecond;
 }
 
@@ -130,18 +134,18 @@ std::int64_t WkDate::toTime() const {
 ISTATUS WkDate::setDate(int year, int month, int day) {
   if (year < kMinYear || year > kMaxYear || month < 1 || month > 12) return ISTATUS_FAILURE;
   if (day < 1 || day > daysInMonth(year, month)) return ISTATUS_FAILURE;
-  year_ = year;
-  month_ = month;
-  day_ = day;
+  year_ = static_cast<std::int16_t>(year);
+  month_ = static_cast<std::uint8_t>(month);
+  day_ = static_cast<std::uint8_t>(day);
   return ISTATUS_SUCCESS;
 }
 
 ISTATUS WkDate::setTime(int hour, int minute, int second, std::int32_t nanosecond) {
   if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) return ISTATUS_FAILURE;
   if (nanosecond < 0 || nanosecond >= kNanosPerSecond) return ISTATUS_FAILURE;
-  hour_ = hour;
-  minute_ = minute;
-  second_ = second;
+  hour_ = static_cast<std::uint8_t>(hour);
+  minute_ = static_cast<std::uint8_t>(minute);
+  second_ = static_cast<std::uint8_t>(second);
   nanosecond_ = nanosecond;
   return ISTATUS_SUCCESS;
 }

@@ -98,14 +98,17 @@ class QVX_API WkDate {
  private:
   void assignTime(std::int64_t seconds, std::int32_t nanosecond);
 
-  int year_ = 1970;
-  int month_ = 1;
-  int day_ = 1;
-  int hour_ = 0;
-  int minute_ = 0;
-  int second_ = 0;
+  // The parts in the narrowest types their ranges fit, so that a date takes 12 bytes:
+  // objects keep dates inline, and there are millions of them.
   std::int32_t nanosecond_ = 0;
+  std::int16_t year_ = 1970;
+  std::uint8_t month_ = 1;
+  std::uint8_t day_ = 1;
+  std::uint8_t hour_ = 0;
+  std::uint8_t minute_ = 0;
+  std::uint8_t second_ = 0;
 };
+static_assert(sizeof(WkDate) == 12, "WkDate is kept at 12 bytes; see the member comment");
 
 // "MM/DD/YYYY HH:MM:SS" of `seconds` since the epoch, in UTC, e.g.
 // "12/31/1969 23:59:59" for -1. Values outside WkDate's range are clamped to it.

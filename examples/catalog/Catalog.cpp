@@ -8,7 +8,7 @@ namespace com::example::catalog {
 
 Catalog::Catalog() : NamedElement(package()->getCatalogIClass()) {}
 
-Catalog::~Catalog() { support::deleteAll(schemas_); }
+Catalog::~Catalog() { schemas_.deleteValues(); }
 
 IUString const& Catalog::getVersion() const {
   checkNotProxy();

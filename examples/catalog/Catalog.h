@@ -55,8 +55,8 @@ class QVX_CATALOG_API Catalog : public NamedElement {
  private:
   IUString version_{"1.0"};
   WkDate created_;
-  IVector<IObject*> schemas_;
-  IVector<IObject*> dataTypes_;
+  IVector<IObject*> schemas_{support::kCollectionCapacity};
+  IVector<IObject*> dataTypes_{support::kCollectionCapacity};
   std::optional<IUString> encryptedPassword_;
 };
 

@@ -1,6 +1,7 @@
 #include "examples/catalog/CatalogSupport.h"
 
 #include "icore/IClass.h"
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IProperty.h"
 #include "platform/QvxAssert.h"
 
@@ -16,6 +17,13 @@ IObjectInternal* checkedReference(IProperty const& property, void* value) {
   const bool fits = type != nullptr && type->isClass() && object->instanceOf(*static_cast<IClass const*>(type));
   QVX_ASSERT(fits);
   return fits ? object : nullptr;
+}
+
+int ordinalOrDefault(IEnumerationLiteral const* literal, IEnumeration const& enumeration, int defaultOrdinal) {
+  if (literal == nullptr) return defaultOrdinal;
+  const bool fits = literal->getDeclaringEnumeration() == &enumeration;
+  QVX_ASSERT(fits);
+  return fits ? literal->getOrdinalValue() : defaultOrdinal;
 }
 
 void detachFromContainer(IObjectInternal& child) {

@@ -10,19 +10,31 @@
 
 #include "examples/catalog/CatalogExport.h"
 #include "icore/IObject.h"
+#include "icore/internal/HeapOptional.h"
 #include "icore/internal/IObjectInternal.h"
 #include "platform/IVector.h"
 
 namespace com::veltrana::qvx::icore {
+class IEnumeration;
 class IEnumerationLiteral;
 class IProperty;
 }  // namespace com::veltrana::qvx::icore
 
 namespace com::example::catalog::support {
 
+// The initial capacities of the collections that objects hold (a collection allocates
+// nothing until its first element). Most hold one or two references or strings. A
+// collection of numbers also takes its values' first block with this many slots, and
+// four 32-bit values fill the smallest heap block together with the block's header,
+// so starting it smaller would save nothing there and cost a regrowth early.
+inline constexpr std::size_t kCollectionCapacity = 2;
+inline constexpr std::size_t kNumberCollectionCapacity = 4;
+
+using com::veltrana::qvx::icore::IEnumeration;
 using com::veltrana::qvx::icore::IEnumerationLiteral;
 using com::veltrana::qvx::icore::IObject;
 using com::veltrana::qvx::icore::IProperty;
+using com::veltrana::qvx::icore::internal::HeapOptional;
 using com::veltrana::qvx::icore::internal::IObjectInternal;
 
 // A read-only typed view of an object's reference collection whose elements are all
@@ -77,6 +89,11 @@ void const* valueOrNull(std::optional<T> const& value) {
   return value.has_value() ? &*value : nullptr;
 }
 
+template <typename T>
+void const* valueOrNull(HeapOptional<T> const& value) {
+  return value.get();
+}
+
 // Stores the value behind a reflective pointer; null unsets the value.
 template <typename T>
 void assignOptional(std::optional<T>& target, void const* value) {
@@ -86,11 +103,28 @@ void assignOptional(std::optional<T>& target, void const* value) {
   }
   target = *static_cast<T const*>(value);
 }
+template <typename T>
+void assignOptional(HeapOptional<T>& target, void const* value) {
+  if (value == nullptr) {
+    target.reset();
+    return;
+  }
+  target.assign(*static_cast<T const*>(value));
+}
 
 // Stores the value behind a reflective pointer; null restores the property's default.
 template <typename T>
 void assignOrDefault(T& target, void const* value, T const& defaultValue) {
   target = value != nullptr ? *static_cast<T const*>(value) : defaultValue;
+}
+
+// Stores the value behind a reflective pointer in `target` and records in `isSet`
+// whether there was one; null unsets the value (for values kept with a flag of their
+// own rather than in a std::optional).
+template <typename T>
+void assignFlagged(T& target, bool& isSet, void const* value) {
+  isSet = value != nullptr;
+  target = isSet ? *static_cast<T const*>(value) : T();
 }
 
 // The reflective form of a reference: the object as an IObject.
@@ -105,10 +139,11 @@ T* referenceValue(IProperty const& property, void* value) {
   return static_cast<T*>(checkedReference(property, value));
 }
 
-// The literal behind a reflective enumeration value; null gives `defaultLiteral`.
-inline IEnumerationLiteral* literalOrDefault(void* value, IEnumerationLiteral* defaultLiteral) {
-  return value != nullptr ? static_cast<IEnumerationLiteral*>(value) : defaultLiteral;
-}
+// The ordinal of `literal` of `enumeration`, for a value kept as its ordinal; null gives
+// `defaultOrdinal`. A literal of another enumeration is an assertion failure and is
+// taken as null.
+QVX_CATALOG_API int ordinalOrDefault(IEnumerationLiteral const* literal, IEnumeration const& enumeration,
+                                     int defaultOrdinal);
 
 // Takes `child` out of the containment property of its present container, if any;
 // it then belongs to the caller.
@@ -135,14 +170,6 @@ void setContained(IObjectInternal& owner, IProperty const& property, T*& slot, T
 // Appends `item` unless the collection holds it already (for unique references).
 inline void appendUnique(IVector<IObject*>& items, IObject* item) {
   if (item != nullptr && !items.contains(item)) items.append(item);
-}
-
-// Frees the values that an object owns in a collection (contained objects, primitive
-// values) and empties it.
-template <typename T>
-void deleteAll(IVector<T*>& items) {
-  for (T* item : items) delete item;
-  items.clear();
 }
 
 }  // namespace com::example::catalog::support

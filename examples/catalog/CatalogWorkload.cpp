@@ -50,6 +50,18 @@ WkDate workloadEpoch() {
   return date;
 }
 
+// The patterns of the generated names, converted to IUString once rather than per name.
+struct NamePatterns {
+  IUString schema{"schema_%d"};
+  IUString owner{"owner_%d"};
+  IUString table{"table_%d_%d"};
+  IUString query{"SELECT * FROM table_%d_%d"};
+  IUString description{"Table %d of schema %d"};
+  IUString tag{"tag%d"};
+  IUString column{"col_%d"};
+  IUString foreignKey{"fk_%d"};
+};
+
 class WorkloadBuilder {
  public:
   WorkloadBuilder(int schemas, int tables, int columns, int foreignKeys)
@@ -59,7 +71,8 @@ class WorkloadBuilder {
         foreignKeys_(std::max(foreignKeys, 0)),
         package_(CatalogIPackage::iGetInstance()),
         runtime_(QVXRuntime::getInstance()),
-        epoch_(workloadEpoch()) {}
+        epoch_(workloadEpoch()),
+        epochSeconds_(epoch_.toTime()) {}
 
   Catalog* build() {
     auto catalog = std::make_unique<Catalog>();
@@ -86,8 +99,8 @@ class WorkloadBuilder {
     auto* schema = new Schema();
     catalog.addSchema(schema);
     runtime_->assignUUID(schema);
-    schema->setName(IUString::format("schema_%d", s));
-    schema->setOwner(IUString::format("owner_%d", s % 3));
+    schema->setName(IUString::format(patterns_.schema, s));
+    schema->setOwner(IUString::format(patterns_.owner, s % 3));
     for (int t = 0; t < tables_; ++t) addTable(*schema, s, t);
   }
 
@@ -96,7 +109,7 @@ class WorkloadBuilder {
     if (t % 10 == 9) {
       auto* view = new View();
       schema.addTable(view);
-      view->setQuery(IUString::format("SELECT * FROM table_%d_%d", s, t - 1));
+      view->setQuery(IUString::format(patterns_.query, s, t - 1));
       table = view;
     } else {
       table = new Table();
@@ -104,10 +117,10 @@ class WorkloadBuilder {
     }
     allTables_.push_back(table);
     runtime_->assignUUID(table);
-    table->setName(IUString::format("table_%d_%d", s, t));
+    table->setName(IUString::format(patterns_.table, s, t));
     if (t % 2 == 0) {
-      table->setDescription(IUString::format("Table %d of schema %d", t, s));
-      table->addTag(IUString::format("tag%d", t % 5));
+      table->setDescription(IUString::format(patterns_.description, t, s));
+      table->addTag(IUString::format(patterns_.tag, t % 5));
       table->addTag("hot");
     }
     table->setRowCount(static_cast<std::int64_t>(t) * 1000003);
@@ -129,7 +142,7 @@ class WorkloadBuilder {
     auto* column = new Column();
     table.addColumn(column);
     runtime_->assignUUID(column);
-    column->setName(IUString::format("col_%d", c));
+    column->setName(IUString::format(patterns_.column, c));
     column->setDataType(package_->getLiteral(static_cast<DataType>(c % kDataTypeCount)));
     column->setLength(8 * (c + 1));
     column->setPrecision(static_cast<std::int16_t>(c % 20));
@@ -138,9 +151,7 @@ class WorkloadBuilder {
     if (c % 4 == 1) column->setDefaultValue(IUString("none"));
     column->setSelectivity(1.0 / (c + 1));
     column->setWeight(static_cast<float>(c) * 0.5F);
-    WkDate created = epoch_;
-    created.AddToPart("S", c);
-    column->setCreated(created);
+    column->setCreated(WkDate::fromTime(epochSeconds_ + c));
     column->setInitial(static_cast<char16_t>(u'a' + c % 26));
     for (int multiple = 1; multiple <= 3; ++multiple) column->addSampleValue(multiple * c);
     column->setType(seeds_[c % kDataTypeCount]);
@@ -150,7 +161,7 @@ class WorkloadBuilder {
     auto* foreignKey = new ForeignKey();
     table.addForeignKey(foreignKey);
     runtime_->assignUUID(foreignKey);
-    foreignKey->setName(IUString::format("fk_%d", f));
+    foreignKey->setName(IUString::format(patterns_.foreignKey, f));
     const std::uint64_t tableCount = static_cast<std::uint64_t>(schemas_) * static_cast<std::uint64_t>(tables_);
     pendingTargets_.emplace_back(foreignKey, static_cast<std::size_t>(generator_.next(tableCount)));
     if (columns_ > 0) foreignKey->addColumn(table.getColumns()[static_cast<std::size_t>((f + 1) % columns_)]);
@@ -169,6 +180,8 @@ class WorkloadBuilder {
   CatalogIPackage* package_;
   QVXRuntime* runtime_;
   const WkDate epoch_;
+  const std::int64_t epochSeconds_;
+  const NamePatterns patterns_;
   DataTypeDef* seeds_[kDataTypeCount] = {};
   std::vector<Table*> allTables_;  // in creation order: index s * T + t
   std::vector<std::pair<ForeignKey*, std::size_t>> pendingTargets_;

@@ -8,9 +8,9 @@
 namespace com::example::catalog {
 
 Column::Column()
-    : NamedElement(package()->getColumnIClass()), dataType_(package()->getLiteral(DataType::VARCHAR)) {}
+    : NamedElement(package()->getColumnIClass()) {}
 
-Column::~Column() { support::deleteAll(sampleValues_); }
+Column::~Column() { sampleValues_.deleteValues(); }
 
 Table* Column::getTable() const {
   checkNotProxy();
@@ -29,12 +29,19 @@ void Column::setTable(Table* table) {
 
 IEnumerationLiteral* Column::getDataType() const {
   checkNotProxy();
-  return dataType_;
+  return dataTypeLiteral();
+}
+
+IEnumerationLiteral* Column::dataTypeLiteral() const { return package()->getLiteral(static_cast<DataType>(dataType_)); }
+
+void Column::storeDataType(IEnumerationLiteral const* dataType) {
+  dataType_ = static_cast<std::uint8_t>(support::ordinalOrDefault(dataType, *package()->getDataTypeIEnumeration(),
+                                                                  static_cast<int>(DataType::VARCHAR)));
 }
 
 void Column::setDataType(IEnumerationLiteral* dataType) {
   checkNotProxy();
-  dataType_ = dataType != nullptr ? dataType : package()->getLiteral(DataType::VARCHAR);
+  storeDataType(dataType);
 }
 
 std::int32_t Column::getLength() const {
@@ -77,14 +84,14 @@ void Column::setNullable(bool nullable) {
   nullable_ = nullable ? ITRUE : IFALSE;
 }
 
-std::optional<IUString> const& Column::getDefaultValue() const {
+std::optional<IUString> Column::getDefaultValue() const {
   checkNotProxy();
-  return defaultValue_;
+  return defaultValue_.toOptional();
 }
 
 void Column::setDefaultValue(std::optional<IUString> defaultValue) {
   checkNotProxy();
-  defaultValue_ = std::move(defaultValue);
+  defaultValue_.assign(std::move(defaultValue));
 }
 
 double Column::getSelectivity() const {
@@ -107,24 +114,24 @@ void Column::setWeight(float weight) {
   weight_ = weight;
 }
 
-std::optional<WkDate> const& Column::getCreated() const {
+std::optional<WkDate> Column::getCreated() const {
   checkNotProxy();
-  return created_;
+  return hasCreated_ ? std::optional<WkDate>(created_) : std::nullopt;
 }
 
 void Column::setCreated(std::optional<WkDate> created) {
   checkNotProxy();
-  created_ = created;
+  support::assignFlagged(created_, hasCreated_, created ? &*created : nullptr);
 }
 
-std::optional<char16_t> const& Column::getInitial() const {
+std::optional<char16_t> Column::getInitial() const {
   checkNotProxy();
-  return initial_;
+  return hasInitial_ ? std::optional<char16_t>(initial_) : std::nullopt;
 }
 
 void Column::setInitial(std::optional<char16_t> initial) {
   checkNotProxy();
-  initial_ = initial;
+  support::assignFlagged(initial_, hasInitial_, initial ? &*initial : nullptr);
 }
 
 IVector<std::int32_t*> const& Column::getSampleValues() const {
@@ -134,12 +141,12 @@ IVector<std::int32_t*> const& Column::getSampleValues() const {
 
 void Column::addSampleValue(std::int32_t value) {
   checkNotProxy();
-  sampleValues_.append(new std::int32_t(value));
+  sampleValues_.appendValue(value);
 }
 
 void Column::clearSampleValues() {
   checkNotProxy();
-  support::deleteAll(sampleValues_);
+  sampleValues_.deleteValues();
 }
 
 DataTypeDef* Column::getType() const {
@@ -155,7 +162,7 @@ void Column::setType(DataTypeDef* type) {
 void const* Column::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kTablePropertyId: return support::asReflective(getTable());
-    case kDataTypePropertyId: return dataType_;
+    case kDataTypePropertyId: return dataTypeLiteral();
     case kLengthPropertyId: return &length_;
     case kPrecisionPropertyId: return &precision_;
     case kScalePropertyId: return &scale_;
@@ -163,8 +170,8 @@ void const* Column::getValue(IProperty const& property, unsigned int* length) co
     case kDefaultValuePropertyId: return support::valueOrNull(defaultValue_);
     case kSelectivityPropertyId: return &selectivity_;
     case kWeightPropertyId: return &weight_;
-    case kCreatedPropertyId: return support::valueOrNull(created_);
-    case kInitialPropertyId: return support::valueOrNull(initial_);
+    case kCreatedPropertyId: return hasCreated_ ? &created_ : nullptr;
+    case kInitialPropertyId: return hasInitial_ ? &initial_ : nullptr;
     case kSampleValuesPropertyId: return &sampleValues_;
     case kTypePropertyId: return support::asReflective(type_);
     default: return NamedElement::getValue(property, length);
@@ -174,9 +181,7 @@ void const* Column::getValue(IProperty const& property, unsigned int* length) co
 void Column::setValue(IProperty const& property, void* value, unsigned int length) {
   switch (property.getPropertyId()) {
     case kTablePropertyId: setTable(support::referenceValue<Table>(property, value)); return;
-    case kDataTypePropertyId:
-      dataType_ = support::literalOrDefault(value, package()->getLiteral(DataType::VARCHAR));
-      return;
+    case kDataTypePropertyId: storeDataType(static_cast<IEnumerationLiteral*>(value)); return;
     case kLengthPropertyId: support::assignOrDefault(length_, value, std::int32_t{0}); return;
     case kPrecisionPropertyId: support::assignOrDefault(precision_, value, std::int16_t{0}); return;
     case kScalePropertyId: support::assignOrDefault(scale_, value, char{0}); return;
@@ -184,8 +189,8 @@ void Column::setValue(IProperty const& property, void* value, unsigned int lengt
     case kDefaultValuePropertyId: support::assignOptional(defaultValue_, value); return;
     case kSelectivityPropertyId: support::assignOrDefault(selectivity_, value, 0.0); return;
     case kWeightPropertyId: support::assignOrDefault(weight_, value, 0.0F); return;
-    case kCreatedPropertyId: support::assignOptional(created_, value); return;
-    case kInitialPropertyId: support::assignOptional(initial_, value); return;
+    case kCreatedPropertyId: support::assignFlagged(created_, hasCreated_, value); return;
+    case kInitialPropertyId: support::assignFlagged(initial_, hasInitial_, value); return;
     case kSampleValuesPropertyId: throwCollectionSet(property);
     case kTypePropertyId: type_ = support::referenceValue<DataTypeDef>(property, value); return;
     default: NamedElement::setValue(property, value, length); return;

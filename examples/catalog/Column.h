@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "examples/catalog/CatalogSupport.h"
 #include "examples/catalog/NamedElement.h"
 #include "platform/IVector.h"
 #include "platform/WkDate.h"
@@ -52,15 +53,15 @@ class QVX_CATALOG_API Column : public NamedElement {
   void setScale(char scale);
   bool isNullable() const;
   void setNullable(bool nullable);
-  std::optional<IUString> const& getDefaultValue() const;
+  std::optional<IUString> getDefaultValue() const;
   void setDefaultValue(std::optional<IUString> defaultValue);
   double getSelectivity() const;
   void setSelectivity(double selectivity);
   float getWeight() const;
   void setWeight(float weight);
-  std::optional<WkDate> const& getCreated() const;
+  std::optional<WkDate> getCreated() const;
   void setCreated(std::optional<WkDate> created);
-  std::optional<char16_t> const& getInitial() const;
+  std::optional<char16_t> getInitial() const;
   void setInitial(std::optional<char16_t> initial);
 
   IVector<std::int32_t*> const& getSampleValues() const;
@@ -75,18 +76,27 @@ class QVX_CATALOG_API Column : public NamedElement {
   void setValue(IProperty const& property, void* value, unsigned int length) override;
 
  private:
-  IEnumerationLiteral* dataType_;
-  std::int32_t length_ = 0;
-  std::int16_t precision_ = 0;
-  char scale_ = 0;
-  IBOOLEAN nullable_ = ITRUE;
-  std::optional<IUString> defaultValue_;
-  double selectivity_ = 0.0;
-  float weight_ = 0.0F;
-  std::optional<WkDate> created_;
-  std::optional<char16_t> initial_;
-  IVector<std::int32_t*> sampleValues_;
+  IEnumerationLiteral* dataTypeLiteral() const;
+  void storeDataType(IEnumerationLiteral const* dataType);
+
+  // Largest alignment first, so that the members leave no padding between them: a
+  // column is the most numerous object of a catalog. The two optional values keep
+  // their flags in the last bytes instead of a padded std::optional each, and the data
+  // type is kept as its DataType ordinal rather than a pointer to the literal.
   DataTypeDef* type_ = nullptr;
+  double selectivity_ = 0.0;
+  HeapOptional<IUString> defaultValue_;
+  IVector<std::int32_t*> sampleValues_{support::kNumberCollectionCapacity};
+  WkDate created_;
+  std::int32_t length_ = 0;
+  float weight_ = 0.0F;
+  IBOOLEAN nullable_ = ITRUE;
+  std::int16_t precision_ = 0;
+  char16_t initial_ = 0;
+  char scale_ = 0;
+  bool hasCreated_ = false;
+  bool hasInitial_ = false;
+  std::uint8_t dataType_ = static_cast<std::uint8_t>(DataType::VARCHAR);
 };
 
 }  // namespace com::example::catalog

@@ -38,8 +38,8 @@ class QVX_CATALOG_API ForeignKey : public NamedElement {
 
  private:
   Table* targetTable_ = nullptr;
-  IVector<IObject*> columns_;
-  IVector<IEnumerationLiteral*> rules_;
+  IVector<IObject*> columns_{support::kCollectionCapacity};
+  IVector<IEnumerationLiteral*> rules_{support::kCollectionCapacity};
 };
 
 }  // namespace com::example::catalog

@@ -30,14 +30,14 @@ void NamedElement::setName(IUString name) {
   name_ = std::move(name);
 }
 
-std::optional<IUString> const& NamedElement::getDescription() const {
+std::optional<IUString> NamedElement::getDescription() const {
   checkNotProxy();
-  return description_;
+  return description_.toOptional();
 }
 
 void NamedElement::setDescription(std::optional<IUString> description) {
   checkNotProxy();
-  description_ = std::move(description);
+  description_.assign(std::move(description));
 }
 
 void const* NamedElement::iGet(IProperty const& property, unsigned int* index, IBOOLEAN) const {
@@ -76,11 +76,16 @@ IIdentity const* NamedElement::iGetIdentity() const { return identity_.get(); }
 
 void NamedElement::iSetIdentity(IIdentity const*& identity) {
   performChecksBeforeSet();
-  identity_.reset(identity);
+  identity_.adopt(identity);
+}
+
+IIdentity const* NamedElement::iSetUUIDIdentity(const unsigned char* bytes) {
+  performChecksBeforeSet();
+  return identity_.emplaceUUID(bytes);
 }
 
 void NamedElement::becomeProxy(IIdentity const*& identity) {
-  identity_.reset(identity);
+  identity_.adopt(identity);
   iSetProxy();
 }
 

@@ -10,7 +10,9 @@
 
 #include "examples/catalog/CatalogExport.h"
 #include "examples/catalog/CatalogIPackage.h"
+#include "icore/internal/HeapOptional.h"
 #include "icore/internal/IObjectInternal.h"
+#include "icore/internal/IdentitySlot.h"
 
 namespace com::veltrana::qvx::icore {
 class IIdentity;
@@ -20,6 +22,8 @@ namespace com::example::catalog {
 
 using com::veltrana::qvx::icore::IIdentity;
 using com::veltrana::qvx::icore::IObject;
+using com::veltrana::qvx::icore::internal::HeapOptional;
+using com::veltrana::qvx::icore::internal::IdentitySlot;
 using com::veltrana::qvx::icore::internal::IObjectInternal;
 
 class CatalogIFactory;
@@ -36,7 +40,7 @@ class QVX_CATALOG_API NamedElement : public IObjectInternal {
   // Typed accessors; each refuses a proxy (UnresolvedProxyException 75004).
   IUString const& getName() const;
   void setName(IUString name);
-  std::optional<IUString> const& getDescription() const;
+  std::optional<IUString> getDescription() const;
   void setDescription(std::optional<IUString> description);
 
   void const* iGet(IProperty const& property, unsigned int* index, IBOOLEAN flag) const final;
@@ -47,6 +51,8 @@ class QVX_CATALOG_API NamedElement : public IObjectInternal {
   // the object has an identity already.
   void iSetIdentity(IIdentity const*& identity) override;
   using IObjectInternal::iSetIdentity;
+  // Makes the generated identity inline; IdentityException (74002) as iSetIdentity.
+  IIdentity const* iSetUUIDIdentity(const unsigned char* bytes) override;
 
  protected:
   explicit NamedElement(IClass* objectClass);
@@ -67,9 +73,9 @@ class QVX_CATALOG_API NamedElement : public IObjectInternal {
   // Turns a fresh object into a proxy for `identity` (the object takes ownership).
   void becomeProxy(IIdentity const*& identity);
 
-  std::unique_ptr<IIdentity const> identity_;
+  IdentitySlot identity_;
   IUString name_;
-  std::optional<IUString> description_;
+  HeapOptional<IUString> description_;
 };
 
 }  // namespace com::example::catalog

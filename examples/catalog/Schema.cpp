@@ -7,7 +7,7 @@ namespace com::example::catalog {
 
 Schema::Schema() : NamedElement(package()->getSchemaIClass()) {}
 
-Schema::~Schema() { support::deleteAll(tables_); }
+Schema::~Schema() { tables_.deleteValues(); }
 
 std::optional<IUString> const& Schema::getOwner() const {
   checkNotProxy();

@@ -35,7 +35,7 @@ class QVX_CATALOG_API Schema : public NamedElement {
 
  private:
   std::optional<IUString> owner_;
-  IVector<IObject*> tables_;
+  IVector<IObject*> tables_{support::kCollectionCapacity};
 };
 
 }  // namespace com::example::catalog

@@ -12,9 +12,9 @@ Table::Table() : Table(package()->getTableIClass()) {}
 Table::Table(IClass* objectClass) : NamedElement(objectClass) {}
 
 Table::~Table() {
-  support::deleteAll(columns_);
-  support::deleteAll(foreignKeys_);
-  support::deleteAll(tags_);
+  columns_.deleteValues();
+  foreignKeys_.deleteValues();
+  tags_.deleteValues();
   delete layout_;
 }
 
@@ -116,14 +116,14 @@ void Table::setLayout(Position* layout) {
   support::setContained(*this, *package()->getTable_LayoutIProperty(), layout_, layout);
 }
 
-std::optional<std::vector<char>> const& Table::getThumbnail() const {
+std::optional<std::vector<char>> Table::getThumbnail() const {
   checkNotProxy();
-  return thumbnail_;
+  return thumbnail_.toOptional();
 }
 
 void Table::setThumbnail(std::optional<std::vector<char>> thumbnail) {
   checkNotProxy();
-  thumbnail_ = std::move(thumbnail);
+  thumbnail_.assign(std::move(thumbnail));
 }
 
 void const* Table::getValue(IProperty const& property, unsigned int* length) const {
@@ -137,9 +137,10 @@ void const* Table::getValue(IProperty const& property, unsigned int* length) con
     case kLayoutPropertyId: return support::asReflective(layout_);
     case kThumbnailPropertyId: {
       static const char kNoBytes = 0;  // an empty blob is a value, not an unset one
-      if (length != nullptr) *length = thumbnail_.has_value() ? static_cast<unsigned int>(thumbnail_->size()) : 0;
-      if (!thumbnail_.has_value()) return nullptr;
-      return thumbnail_->empty() ? &kNoBytes : thumbnail_->data();
+      std::vector<char> const* bytes = thumbnail_.get();
+      if (length != nullptr) *length = bytes != nullptr ? static_cast<unsigned int>(bytes->size()) : 0;
+      if (bytes == nullptr) return nullptr;
+      return bytes->empty() ? &kNoBytes : bytes->data();
     }
     default: return NamedElement::getValue(property, length);
   }
@@ -161,7 +162,7 @@ void Table::setValue(IProperty const& property, void* value, unsigned int length
         thumbnail_.reset();
       } else {
         const char* bytes = static_cast<const char*>(value);
-        thumbnail_.emplace(bytes, bytes + length);
+        thumbnail_.assign(std::vector<char>(bytes, bytes + length));
       }
       return;
     default: NamedElement::setValue(property, value, length); return;

@@ -68,7 +68,7 @@ class QVX_CATALOG_API Table : public NamedElement {
   // caller, not destroyed.
   void setLayout(Position* layout);
 
-  std::optional<std::vector<char>> const& getThumbnail() const;
+  std::optional<std::vector<char>> getThumbnail() const;
   void setThumbnail(std::optional<std::vector<char>> thumbnail);
 
  protected:
@@ -84,12 +84,12 @@ class QVX_CATALOG_API Table : public NamedElement {
   // Null until a kind is set: the default then applies.
   IEnumerationLiteral* kind_ = nullptr;
   std::int64_t rowCount_ = 0;
-  IVector<IObject*> columns_;
-  IVector<IObject*> primaryKey_;
-  IVector<IObject*> foreignKeys_;
-  IVector<IUString*> tags_;
+  IVector<IObject*> columns_{support::kCollectionCapacity};
+  IVector<IObject*> primaryKey_{support::kCollectionCapacity};
+  IVector<IObject*> foreignKeys_{support::kCollectionCapacity};
+  IVector<IUString*> tags_{support::kCollectionCapacity};
   Position* layout_ = nullptr;
-  std::optional<std::vector<char>> thumbnail_;
+  HeapOptional<std::vector<char>> thumbnail_;
 };
 
 }  // namespace com::example::catalog

@@ -8,14 +8,14 @@ View::View() : Table(package()->getViewIClass()) {}
 
 View::~View() = default;
 
-std::optional<IUString> const& View::getQuery() const {
+std::optional<IUString> View::getQuery() const {
   checkNotProxy();
-  return query_;
+  return query_.toOptional();
 }
 
 void View::setQuery(std::optional<IUString> query) {
   checkNotProxy();
-  query_ = std::move(query);
+  query_.assign(std::move(query));
 }
 
 IEnumerationLiteral* View::getDefaultKind() const { return package()->getLiteral(TableKind::VIEW); }

@@ -16,7 +16,7 @@ class QVX_CATALOG_API View : public Table {
   View();
   ~View() override;
 
-  std::optional<IUString> const& getQuery() const;
+  std::optional<IUString> getQuery() const;
   void setQuery(std::optional<IUString> query);
 
  protected:
@@ -25,7 +25,7 @@ class QVX_CATALOG_API View : public Table {
   void setValue(IProperty const& property, void* value, unsigned int length) override;
 
  private:
-  std::optional<IUString> query_;
+  HeapOptional<IUString> query_;
 };
 
 }  // namespace com::example::catalog

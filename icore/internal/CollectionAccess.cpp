@@ -51,16 +51,16 @@ constexpr bool isOwnedValue = !std::is_same_v<T, IObject> && !std::is_same_v<T, 
 
 template <typename T>
 void freeElements(IVector<T*>& items, bool ownsObjects) {
-  if constexpr (isOwnedValue<T>) {
-    for (T* value : items) delete value;
-  } else if constexpr (std::is_same_v<T, IObject>) {
-    if (ownsObjects) {
-      for (IObject* object : items) delete object;
+  if constexpr (isOwnedValue<T> || std::is_same_v<T, IObject>) {
+    if (isOwnedValue<T> || ownsObjects) {
+      items.deleteValues();
+      return;
     }
   }
   (void)ownsObjects;
   items.clear();
 }
+
 
 }  // namespace
 

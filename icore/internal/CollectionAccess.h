@@ -4,7 +4,11 @@
 // and IVector<T*> for primitives of value type T (IByte char, IBoolean IBOOLEAN,
 // ICharacter char16_t, IDate WkDate, IDouble double, IFloat float, IInteger int32,
 // ILong int64, IShort int16, IString IUString). Primitive values and contained objects
-// belong to the collection's owner.
+// belong to the collection's owner. Numbers and characters that the owner adds itself
+// may live in the collection's own value blocks (IVector::appendValue); values appended
+// from outside, this class's copies included, are separate allocations, because an
+// owner may free those one by one. Code other than the owner never deletes a value of
+// a collection.
 #pragma once
 
 #include <cstddef>

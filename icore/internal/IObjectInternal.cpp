@@ -16,6 +16,7 @@
 #include "icore/runtime/IdentityExternalizer.h"
 #include "icore/runtime/SeedIdentity.h"
 #include "icore/runtime/StringIdentity.h"
+#include "icore/runtime/UUIIdentity.h"
 #include "platform/QvxAssert.h"
 
 namespace com::veltrana::qvx::icore::internal {
@@ -72,6 +73,14 @@ void IObjectInternal::iSetIdentity(IIdentity const*&) {
 IBOOLEAN IObjectInternal::iHasItems(IProperty const&) {
   QVX_ASSERT_FAIL("iHasItems is not implemented by this class");
   return IFALSE;
+}
+
+IIdentity const* IObjectInternal::iSetUUIDIdentity(const unsigned char* bytes) {
+  std::unique_ptr<IIdentity const> made(new runtime::UUIIdentity(bytes));
+  IIdentity const* identity = made.get();
+  iSetIdentity(identity);
+  made.release();  // the object owns it now
+  return identity;
 }
 
 void IObjectInternal::iUnsetProxy() {
@@ -171,9 +180,7 @@ void IObjectInternal::checkPropertyAccess(IProperty const& property) const {
   checkNotProxy();
 }
 
-void IObjectInternal::checkNotProxy() const {
-  if (proxy_) throw UnresolvedProxyException(qvxGetMsg(75004));
-}
+void IObjectInternal::throwProxyAccess() { throw UnresolvedProxyException(qvxGetMsg(75004)); }
 
 void IObjectInternal::throwUnknownGet(IProperty const& property) const {
   throw IllegalArgumentException(qvxFormatMsg(73005, property.getName(), qualifiedClassNameOf(class_)));

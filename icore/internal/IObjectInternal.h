@@ -12,7 +12,9 @@
 //   multi-valued        pointer to the owner's collection, never a copy:
 //                       IVector<IObject*> for references, IVector<IEnumerationLiteral*>
 //                       for enumerations, IVector<T*> for primitives of value type T
-//                       (the owner owns the values)
+//                       (the owner owns the values; numbers it adds itself may
+//                       sit in the collection's value blocks, IVector::appendValue,
+//                       so no other code deletes a value of a collection)
 // iSet copies the value it is pointed to, in every class (a date too, the boxed IDate's
 // included), so `b.set(p, a.get(p))` never shares a value. Proxy resolution relies on
 // the copy.
@@ -55,6 +57,11 @@ class QVX_API IObjectInternal : public IObject {
   // Takes ownership of `identity`.
   virtual void iSetIdentity(IIdentity const*& identity);
   virtual IBOOLEAN iHasItems(IProperty const& property);
+  // Sets a generated UUID identity, given as its 16 bytes in RFC 4122 order, and
+  // returns it; the checks are those of iSetIdentity. The base makes a UUIIdentity
+  // and passes it to iSetIdentity; classes that keep the identity inline
+  // (IdentitySlot) override this to make it in place without allocating.
+  virtual IIdentity const* iSetUUIDIdentity(const unsigned char* bytes);
 
   IClass* iGetIClass() { return class_; }
   IClass const* iGetIClass() const { return class_; }
@@ -103,7 +110,10 @@ class QVX_API IObjectInternal : public IObject {
   // Throws 73005 unless `property` belongs to this object's class, then 75004 on a proxy.
   void checkPropertyAccess(IProperty const& property) const;
   // Throws 75004 when this object is a proxy (typed accessors call it first).
-  void checkNotProxy() const;
+  // Inline: every typed accessor of every generated class starts with it.
+  void checkNotProxy() const {
+    if (proxy_) throwProxyAccess();
+  }
   // The exceptions of an id that the class does not handle.
   [[noreturn]] void throwUnknownGet(IProperty const& property) const;
   [[noreturn]] void throwUnknownSet(IProperty const& property) const;
@@ -112,6 +122,8 @@ class QVX_API IObjectInternal : public IObject {
   [[noreturn]] void throwNotMultiValued(IProperty const& property) const;
 
  private:
+  [[noreturn]] static void throwProxyAccess();
+
   IObjectInfo info_;
   IBOOLEAN proxy_ = IFALSE;
   IClass* class_ = nullptr;

@@ -44,6 +44,12 @@ IIdentity* IdentityManager::generateNewId() {
   return identity;
 }
 
+void IdentityManager::generateNewUUIDBytes(unsigned char* bytes) {
+  const bool made = runtime::UUIDExternalizer::getInstance()->generateNewBytes(bytes);
+  QVX_ASSERT(made);
+  (void)made;
+}
+
 IUString IdentityManager::identityToString(IIdentity const* identity) {
   IdentityExternalizer* const externalizer = identity != nullptr ? identity->getIdentityExternalizer() : nullptr;
   if (externalizer == nullptr) {

@@ -33,6 +33,9 @@ class QVX_API IdentityManager {
 
   // A new, unique UUID identity. Caller owns the result.
   IIdentity* generateNewId();
+  // The 16 bytes of a new, unique UUID, as generateNewId's identity would hold them,
+  // for an identity made in place.
+  void generateNewUUIDBytes(unsigned char* bytes);
 
   // The qualified string of `identity`: its externalizer's id, ":", then the
   // externalizer's text. Registers the externalizer first, so that a foreign kind of

@@ -262,12 +262,16 @@ IUString const& UUIDExternalizer::getExternalizerId() const { return externalize
 
 UUIIdentity* UUIDExternalizer::generateNewId() {
   unsigned char bytes[UUIIdentity::kByteCount];
+  return generateNewBytes(bytes) ? new UUIIdentity(bytes) : nullptr;
+}
+
+bool UUIDExternalizer::generateNewBytes(unsigned char* bytes) {
   ACE_Utils::UUID uuid;
   {
     Generator& generator = *generator_;
     std::lock_guard<std::mutex> lock(generator.mutex);
     if (generator.ace == nullptr) {
-      return nullptr;
+      return false;
     }
     generator.ace->generate_UUID(uuid, 1, kVariantRfc4122);
     const std::uint64_t timestamp = (std::uint64_t{uuid.time_hi_and_version() & 0x0FFFu} << 48) |
@@ -285,7 +289,7 @@ UUIIdentity* UUIDExternalizer::generateNewId() {
   writeBigEndian(bytes, uuid.time_low(), 4);
   writeBigEndian(bytes + 4, uuid.time_mid(), 2);
   writeBigEndian(bytes + 6, uuid.time_hi_and_version(), 2);
-  return new UUIIdentity(bytes);
+  return true;
 }
 
 }  // namespace com::veltrana::qvx::icore::runtime

@@ -36,6 +36,9 @@ class QVX_API UUIDExternalizer : public IdentityExternalizer {
 
   // A new, unique version-1 UUID identity. Caller owns the result.
   UUIIdentity* generateNewId();
+  // The bytes of a new, unique version-1 UUID (UUIIdentity::kByteCount of them, RFC
+  // 4122 order), for an identity made in place; false when no UUID can be made.
+  bool generateNewBytes(unsigned char* bytes);
 
  private:
   struct Generator;

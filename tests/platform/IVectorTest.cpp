@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -46,4 +47,98 @@ TEST(IVectorTest, AddingItsOwnElementToAFullVectorTakesItBeforeGrowing) {
   EXPECT_EQ(v[0], text);
   EXPECT_EQ(v[1], text);
   EXPECT_EQ(v[3], text);
+}
+
+TEST(IVectorTest, NothingIsAllocatedBeforeTheFirstElementYetCapacityFollowsThePolicy) {
+  IVector<int> empty(3, 2, 4);
+  EXPECT_EQ(empty.capacity(), 3u);
+  EXPECT_EQ(empty.begin(), nullptr);
+  EXPECT_EQ(empty.begin(), empty.end());
+  EXPECT_EQ(thrownMessage<IVectorException>([&] { (void)empty[0]; }), "Index is out of bound.");
+  EXPECT_EQ(empty.indexOf(1), -1);
+  empty.clear();
+
+  // The first buffer has the initial capacity; a zero one starts at a single element.
+  std::vector<std::size_t> capacities;
+  for (int i = 0; i < 8; ++i) {
+    empty.append(i);
+    capacities.push_back(empty.capacity());
+  }
+  EXPECT_EQ(capacities, (std::vector<std::size_t>{3, 3, 3, 6, 6, 6, 8, 8}));
+  IVector<int> zero(0, 3, 0);
+  zero.insertFront(7);
+  EXPECT_EQ(zero.capacity(), 3u);
+  // A capacity that 32 bits cannot count is refused at once, not at the first element.
+  EXPECT_EQ(thrownMessage<IVectorException>([] { IVector<char> huge(std::size_t{1} << 33); }),
+            "IVector failed to grow.");
+}
+
+// Copies, moves and swaps of vectors of owning elements, the middle insertions and
+// removals that shift them, all checked by the sanitizer build for leaks and double frees.
+TEST(IVectorTest, CopiesMovesAndShiftsKeepEveryElementExactlyOnce) {
+  const std::string longText(64, 'x');
+  IVector<std::string> texts(2, 1, 4);
+  for (int i = 0; i < 5; ++i) texts.append(longText + std::to_string(i));
+  texts.insertAt(2, texts[4]);
+  texts.removeAt(0);
+  IVector<std::string> copy(texts);
+  EXPECT_EQ(copy.capacity(), texts.capacity());
+  IVector<std::string> moved(std::move(copy));
+  copy = moved;  // assigning to a moved-from vector revives it
+  moved.swap(texts);
+  texts.removeElement(longText + "4");
+  const auto joined = [](IVector<std::string> const& v) {
+    std::string all;
+    for (std::string const& text : v) all += text.substr(64) + ",";
+    return all;
+  };
+  EXPECT_EQ(joined(moved), "1,4,2,3,4,");
+  EXPECT_EQ(joined(copy), "1,4,2,3,4,");
+  EXPECT_EQ(joined(texts), "1,2,3,4,");
+}
+
+// Values made by appendValue live in blocks that the vector owns; values appended from
+// outside stay separate allocations. deleteValues frees each kind its own way (a
+// mistake is a bad free or a leak under the sanitizer build).
+TEST(IVectorTest, OwnValuesStayPutAsTheVectorGrowsAndOnlyOutsideValuesAreDeletedOneByOne) {
+  IVector<std::int32_t*> values(2, 3, 4);
+  std::vector<std::int32_t*> handedOut;
+  for (std::int32_t i = 0; i < 20; ++i) {
+    handedOut.push_back(i % 5 == 4 ? new std::int32_t(i) : nullptr);
+    if (handedOut.back() != nullptr) {
+      values.append(handedOut.back());
+    } else {
+      handedOut.back() = values.appendValue(i);
+    }
+  }
+  ASSERT_EQ(values.size(), 20u);
+  for (std::int32_t i = 0; i < 20; ++i) {
+    EXPECT_EQ(values[static_cast<std::size_t>(i)], handedOut[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(*handedOut[static_cast<std::size_t>(i)], i);  // still where it was made
+  }
+  values.removeAt(0);  // an own value leaves; its slot stays the vector's
+  values.deleteValues();
+  EXPECT_TRUE(values.isEmpty());
+  // The vector takes values again after deleteValues.
+  std::int32_t* again = values.appendValue(42);
+  EXPECT_EQ(*values[0], 42);
+  EXPECT_EQ(values[0], again);
+}
+
+TEST(IVectorTest, OwnValuesMoveWithTheVectorAndCopiesOnlyShareThem) {
+  auto made = std::make_unique<IVector<double*>>(1);
+  made->appendValue(1.5);
+  made->append(new double(2.5));
+  IVector<double*> taken(std::move(*made));
+  IVector<double*> shared(taken);
+  made.reset();  // the blocks went with the move
+  EXPECT_EQ(*taken[0], 1.5);
+  EXPECT_EQ(shared[0], taken[0]);
+
+  IVector<double*> swapped;
+  swapped.swap(taken);
+  EXPECT_TRUE(taken.isEmpty());
+  EXPECT_EQ(*swapped[1], 2.5);
+  shared.clear();  // the copy never frees what it shares
+  swapped.deleteValues();
 }
