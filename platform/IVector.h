@@ -118,10 +118,12 @@ class ValueBlocks {
   Header* last_ = nullptr;
 };
 
-// Vectors whose elements cannot point into value blocks carry none.
+// Vectors whose elements cannot point into value blocks carry none. The store is the
+// vector's last member, so every IVector<T*> starts with the same members and generic
+// code may read any collection's size and elements as IVector<void*>.
 template <typename T, bool = kHasValueBlocks<T>>
 class ValueStore {
- protected:
+ public:
   bool holdsValue(const void*) const { return false; }
   void releaseValueBlocks() noexcept {}
   void swapValueBlocks(ValueStore&) noexcept {}
@@ -129,7 +131,7 @@ class ValueStore {
 
 template <typename T>
 class ValueStore<T, true> {
- protected:
+ public:
   ValueBlocks<std::remove_pointer_t<T>> valueBlocks_;
 
   bool holdsValue(const void* value) const {
@@ -142,7 +144,7 @@ class ValueStore<T, true> {
 }  // namespace ivector_detail
 
 template <typename T>
-class IVector : private ivector_detail::ValueStore<T> {
+class IVector {
   static_assert(!std::is_same_v<T, bool>, "use IBOOLEAN elements, not bool");
   static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__, "over-aligned elements are not supported");
   using Store = ivector_detail::ValueStore<T>;
@@ -180,12 +182,12 @@ class IVector : private ivector_detail::ValueStore<T> {
     return *this;
   }
   IVector(IVector&& other) noexcept
-      : Store(std::move(other)),
-        data_(std::exchange(other.data_, nullptr)),
+      : data_(std::exchange(other.data_, nullptr)),
         size_(std::exchange(other.size_, 0)),
         capacity_(std::exchange(other.capacity_, 0)),
         increment_(other.increment_),
-        doublingLimit_(other.doublingLimit_) {}
+        doublingLimit_(other.doublingLimit_),
+        store_(std::move(other.store_)) {}
   IVector& operator=(IVector&& other) noexcept {
     if (this != &other) {
       IVector taken(std::move(other));
@@ -275,12 +277,13 @@ class IVector : private ivector_detail::ValueStore<T> {
   // appends the address of a copy of `value` that the vector keeps in a block of its
   // own. The copy lives as long as the vector, until deleteValues(), and must never
   // be deleted by itself; removing its pointer does not free its slot.
-  T appendValue(std::remove_pointer_t<T> value) {
+  template <typename Element = T>
+  Element appendValue(std::remove_pointer_t<Element> value) {
     static_assert(ivector_detail::kHasValueBlocks<T>, "only vectors of pointers to numbers keep values");
     if (isFull()) makeRoomForOne();
     T slot = nullptr;
     try {
-      slot = this->valueBlocks_.take(value, capacity_);
+      slot = store_.valueBlocks_.take(value, capacity_);
     } catch (const std::bad_alloc&) {
       throw IVectorException(IVectorException::kFailedToGrow);
     }
@@ -295,10 +298,10 @@ class IVector : private ivector_detail::ValueStore<T> {
   void deleteValues() {
     static_assert(std::is_pointer_v<T>, "only a vector of pointers holds values to delete");
     for (T element : *this) {
-      if (!this->holdsValue(element)) delete element;
+      if (!store_.holdsValue(element)) delete element;
     }
     clear();
-    this->releaseValueBlocks();
+    store_.releaseValueBlocks();
   }
 
   T* begin() { return data_; }
@@ -307,7 +310,7 @@ class IVector : private ivector_detail::ValueStore<T> {
   const T* end() const { return data_ + size_; }
 
   void swap(IVector& other) noexcept {
-    this->swapValueBlocks(other);
+    store_.swapValueBlocks(other.store_);
     std::swap(data_, other.data_);
     std::swap(size_, other.size_);
     std::swap(capacity_, other.capacity_);
@@ -383,4 +386,5 @@ class IVector : private ivector_detail::ValueStore<T> {
   std::uint32_t capacity_;
   std::uint32_t increment_;
   std::uint32_t doublingLimit_;
+  [[no_unique_address]] Store store_;
 };

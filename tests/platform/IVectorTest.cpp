@@ -142,3 +142,14 @@ TEST(IVectorTest, OwnValuesMoveWithTheVectorAndCopiesOnlyShareThem) {
   shared.clear();  // the copy never frees what it shares
   swapped.deleteValues();
 }
+
+// Generic code (the serializers) reads any collection of pointers as IVector<void*>:
+// the value blocks of number vectors must not move the members that all vectors share.
+TEST(IVectorTest, EveryVectorOfPointersReadsAsAVectorOfVoidPointers) {
+  IVector<int*> numbers(2, 2, 8);
+  for (int i = 0; i < 5; ++i) numbers.appendValue(i * 7);
+  auto const& generic = *reinterpret_cast<IVector<void*> const*>(&numbers);
+  ASSERT_EQ(generic.size(), numbers.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) EXPECT_EQ(generic[i], static_cast<void*>(numbers[i]));
+  EXPECT_EQ(*static_cast<int*>(generic[4]), 28);
+}
