@@ -14,13 +14,11 @@
 #include "platform/IVector.h"
 
 namespace com::veltrana::qvx::icore {
-class IEnumerationLiteral;
 class IProperty;
 }  // namespace com::veltrana::qvx::icore
 
 namespace com::example::catalog::support {
 
-using com::veltrana::qvx::icore::IEnumerationLiteral;
 using com::veltrana::qvx::icore::IObject;
 using com::veltrana::qvx::icore::IProperty;
 using com::veltrana::qvx::icore::internal::IObjectInternal;
@@ -103,11 +101,6 @@ QVX_CATALOG_API IObjectInternal* checkedReference(IProperty const& property, voi
 template <typename T>
 T* referenceValue(IProperty const& property, void* value) {
   return static_cast<T*>(checkedReference(property, value));
-}
-
-// The literal behind a reflective enumeration value; null gives `defaultLiteral`.
-inline IEnumerationLiteral* literalOrDefault(void* value, IEnumerationLiteral* defaultLiteral) {
-  return value != nullptr ? static_cast<IEnumerationLiteral*>(value) : defaultLiteral;
 }
 
 // Takes `child` out of the containment property of its present container, if any;

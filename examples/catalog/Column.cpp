@@ -174,9 +174,7 @@ void const* Column::getValue(IProperty const& property, unsigned int* length) co
 void Column::setValue(IProperty const& property, void* value, unsigned int length) {
   switch (property.getPropertyId()) {
     case kTablePropertyId: setTable(support::referenceValue<Table>(property, value)); return;
-    case kDataTypePropertyId:
-      dataType_ = support::literalOrDefault(value, package()->getLiteral(DataType::VARCHAR));
-      return;
+    case kDataTypePropertyId: setDataType(static_cast<IEnumerationLiteral*>(value)); return;
     case kLengthPropertyId: support::assignOrDefault(length_, value, std::int32_t{0}); return;
     case kPrecisionPropertyId: support::assignOrDefault(precision_, value, std::int16_t{0}); return;
     case kScalePropertyId: support::assignOrDefault(scale_, value, char{0}); return;
