@@ -48,7 +48,7 @@ std::size_t countContainedObjects(com::veltrana::qvx::icore::IObject const* root
 // separately timed benchmarks are not.
 template <typename Measured, typename Peer>
 double bestTimeRatio(Measured&& measured, Peer&& peer) {
-  constexpr int kRounds = 15;
+  constexpr int kRounds = 51;
   constexpr int kCallsPerRound = 20000;
   using Clock = std::chrono::steady_clock;
   auto timeOf = [](auto& operation) {

@@ -13,11 +13,6 @@ IObjectInfo::IObjectInfo(internal::IObjectInternal* object) : object_(object) {
 
 void IObjectInfo::throwProxy() { throw exception::UnresolvedProxyException(qvxGetMsg(75000)); }
 
-int IObjectInfo::getCardinality(IProperty const& property) const {
-  checkNotProxy();
-  return object_->iGetCardinality(property);
-}
-
 IBOOLEAN IObjectInfo::hasItems(IProperty const& property) {
   checkNotProxy();
   return object_->iHasItems(property);

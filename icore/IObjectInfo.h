@@ -2,7 +2,7 @@
 // writes any property of any object through it. Each object owns its facade; the
 // facade adds the proxy checks and forwards to the object's i-operations.
 //
-// The hot operations (get, set, getIClass, isProxy) are inline: a reflective get costs
+// The hot operations (get, set, getCardinality, getIClass, isProxy) are inline: a reflective get costs
 // one virtual call into the object plus its membership check against the class table
 // (IClass::getClassTable), which is also where generic code finds each property's kind,
 // default literal and XML names without asking the property again.
@@ -35,7 +35,7 @@ class QVX_API IObjectInfo {
   inline void set(IProperty const& property, void* value, unsigned int index, IBOOLEAN flag);
   // Leaves the proxy check to the object's own iSet (75004).
   inline void set(IProperty const& property, void* value, IBOOLEAN flag);
-  int getCardinality(IProperty const& property) const;
+  inline int getCardinality(IProperty const& property) const;
   IBOOLEAN hasItems(IProperty const& property);
   IIdentity const* getIdentity() const;
   // Takes ownership of `identity`.

@@ -148,6 +148,11 @@ inline void IObjectInfo::set(IProperty const& property, void* value, IBOOLEAN fl
   object_->iSet(property, value, 0, flag);
 }
 
+inline int IObjectInfo::getCardinality(IProperty const& property) const {
+  checkNotProxy();
+  return object_->iGetCardinality(property);
+}
+
 inline IBOOLEAN IObjectInfo::isProxy() const { return object_->iIsProxy(); }
 
 }  // namespace com::veltrana::qvx::icore
