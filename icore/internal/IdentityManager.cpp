@@ -55,8 +55,10 @@ IdentityExternalizer& IdentityManager::externalizerOf(IIdentity const* identity)
     throw IdentityException(qvxGetMsg(74000));
   }
   // The built-in externalizers are registered for good; only a foreign one needs the lock.
-  const IUString& id = externalizer->getExternalizerId();
-  if (findBuiltIn(id.data(), id.length()) != externalizer) {
+  const bool builtIn = externalizer == runtime::UUIDExternalizer::getInstance() ||
+                       externalizer == runtime::StringExternalizer::getInstance() ||
+                       externalizer == runtime::SeedExternalizer::getInstance();
+  if (!builtIn) {
     registerExternalizer(externalizer);
   }
   return *externalizer;
