@@ -53,12 +53,12 @@ ClassTable::ClassTable(IClass const& owner) : abstract_(owner.isAbstract() != IF
       continue;
     }
     const auto slot = static_cast<std::size_t>(entry.propertyId);
-    if (slot >= byId_.size()) byId_.resize(slot + 1, nullptr);
-    if (byId_[slot] != nullptr) {
+    if (slot >= byId_.size()) byId_.resize(slot + 1);
+    if (byId_[slot].entry != nullptr) {
       idsAmbiguous_ = true;
       continue;
     }
-    byId_[slot] = &entry;
+    byId_[slot] = {entry.property, &entry};
   }
 }
 

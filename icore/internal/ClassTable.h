@@ -88,7 +88,7 @@ class QVX_API ClassTable {
   // property id in constant time.
   Entry const* find(IProperty const& property) const {
     const auto slot = static_cast<std::size_t>(static_cast<std::uint32_t>(property.getPropertyId()));
-    if (slot < byId_.size() && byId_[slot] != nullptr && byId_[slot]->property == &property) return byId_[slot];
+    if (slot < byId_.size() && byId_[slot].property == &property) return byId_[slot].entry;
     return idsAmbiguous_ ? findBySearch(property) : nullptr;
   }
   // The first entry with this property name (the tie-break of IClass::getProperty), or null.
@@ -100,8 +100,14 @@ class QVX_API ClassTable {
   Entry const* findBySearch(IProperty const& property) const;
 
   std::vector<Entry> entries_;
-  // Indexed by property id; null where no property of the class has the id.
-  std::vector<Entry const*> byId_;
+  // Indexed by property id; nulls where no property of the class has the id. The
+  // property is kept beside its entry so that a look-up compares without reading the
+  // entry itself (every reflective access makes one).
+  struct IdSlot {
+    IProperty const* property = nullptr;
+    Entry const* entry = nullptr;
+  };
+  std::vector<IdSlot> byId_;
   std::unordered_map<IUString, Entry const*> byName_;
   std::unordered_map<IUString, Entry const*> byXmlElementName_;
   bool abstract_ = false;
