@@ -4,8 +4,11 @@
 // new / delete that this executable replaces (BenchAllocation.cpp).
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace com::veltrana::qvx::icore {
 class IObject;
@@ -42,5 +45,28 @@ com::example::catalog::Catalog const& sharedBenchCatalog(int which);
 void releaseSharedBenchCatalogs();
 // The objects of the containment tree below `root`, `root` included.
 std::size_t countContainedObjects(com::veltrana::qvx::icore::IObject const* root);
+
+// The best time of `measured` divided by the best time of `peer`, over interleaved
+// rounds of the same number of calls each. Taking the best round of each, measured
+// side by side, keeps the ratio steady on a machine whose load varies, which two
+// separately timed benchmarks are not.
+template <typename Measured, typename Peer>
+double bestTimeRatio(Measured&& measured, Peer&& peer) {
+  constexpr int kRounds = 51;
+  constexpr int kCallsPerRound = 20000;
+  using Clock = std::chrono::steady_clock;
+  auto timeOf = [](auto& operation) {
+    const Clock::time_point start = Clock::now();
+    for (int call = 0; call < kCallsPerRound; ++call) operation();
+    return std::chrono::duration<double>(Clock::now() - start).count();
+  };
+  double bestMeasured = std::numeric_limits<double>::max();
+  double bestPeer = std::numeric_limits<double>::max();
+  for (int round = 0; round < kRounds; ++round) {
+    bestMeasured = std::min(bestMeasured, timeOf(measured));
+    bestPeer = std::min(bestPeer, timeOf(peer));
+  }
+  return bestMeasured / bestPeer;
+}
 
 }  // namespace qvx_bench

@@ -1,13 +1,18 @@
 // Reflective get and set through IObjectInfo against the typed accessors of the same
 // catalog properties, one pair per kind of value (int, string, double, enumeration,
-// single reference, collection size), plus the class look-ups that every reflective
+// single reference, collection size), each reflective figure with its ratio to the
+// typed one, plus the class look-ups that every reflective
 // call or serializer pass makes: IClass::hasProperty, getAllProperties on a warm cache,
 // and getProperty by name. Each iteration is one operation, so the time is ns per op.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <utility>
 
+#include "bench/BenchSupport.h"
 #include "examples/catalog/Catalog.h"
 #include "examples/catalog/CatalogIPackage.h"
 #include "examples/catalog/CatalogSeeds.h"
@@ -85,143 +90,80 @@ T const& valueAt(void const* reflective) {
   return *static_cast<T const*>(reflective);
 }
 
-// ---- get ----
-
-void getIntReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(valueAt<std::int32_t>(s.columnInfo->get(*s.length, IFALSE)));
-}
-void getIntTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.column->getLength());
-}
-void getStringReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(valueAt<IUString>(s.columnInfo->get(*s.name, IFALSE)).length());
-}
-void getStringTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.column->getName().length());
-}
-void getDoubleReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(valueAt<double>(s.columnInfo->get(*s.selectivity, IFALSE)));
-}
-void getDoubleTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.column->getSelectivity());
-}
-void getEnumReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.columnInfo->get(*s.dataType, IFALSE));
-}
-void getEnumTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.column->getDataType());
-}
-void getReferenceReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.columnInfo->get(*s.type, IFALSE));
-}
-void getReferenceTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.column->getType());
-}
-void getCollectionSizeReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.tableInfo->getCardinality(*s.columns));
-}
-void getCollectionSizeTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  for (auto _ : state) benchmark::DoNotOptimize(s.table->getColumns().size());
-}
-
-BENCHMARK(getIntReflective)->Name("ReflectiveAccess/get/int/IObjectInfo");
-BENCHMARK(getIntTyped)->Name("ReflectiveAccess/get/int/typed");
-BENCHMARK(getStringReflective)->Name("ReflectiveAccess/get/string/IObjectInfo");
-BENCHMARK(getStringTyped)->Name("ReflectiveAccess/get/string/typed");
-BENCHMARK(getDoubleReflective)->Name("ReflectiveAccess/get/double/IObjectInfo");
-BENCHMARK(getDoubleTyped)->Name("ReflectiveAccess/get/double/typed");
-BENCHMARK(getEnumReflective)->Name("ReflectiveAccess/get/enum/IObjectInfo");
-BENCHMARK(getEnumTyped)->Name("ReflectiveAccess/get/enum/typed");
-BENCHMARK(getReferenceReflective)->Name("ReflectiveAccess/get/reference/IObjectInfo");
-BENCHMARK(getReferenceTyped)->Name("ReflectiveAccess/get/reference/typed");
-BENCHMARK(getCollectionSizeReflective)->Name("ReflectiveAccess/get/collection_size/IObjectInfo");
-BENCHMARK(getCollectionSizeTyped)->Name("ReflectiveAccess/get/collection_size/typed");
-
-// ---- set ----
-// Values alternate between two, so that no call stores what is there already.
-
-void setIntReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  std::int32_t value = 0;
-  for (auto _ : state) {
-    ++value;
-    s.columnInfo->set(*s.length, &value, IFALSE);
+// Each reflective benchmark also reports "x_typed": its best time over the typed
+// accessor's best time, measured side by side (bestTimeRatio). The goal is at most 1.5.
+template <typename Reflective, typename Typed>
+void runPair(benchmark::State& state, Reflective reflective, Typed typed, bool isReflective) {
+  if (isReflective) {
+    for (auto _ : state) reflective();
+    state.counters["x_typed"] = qvx_bench::bestTimeRatio(reflective, typed);
+  } else {
+    for (auto _ : state) typed();
   }
 }
-void setIntTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  std::int32_t value = 0;
-  for (auto _ : state) s.column->setLength(++value);
-}
-// Names of the workload's length, short enough for the string's inline buffer.
-void setStringReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  IUString names[2] = {IUString("col_a"), IUString("col_b")};
-  unsigned int which = 0;
-  for (auto _ : state) s.columnInfo->set(*s.name, &names[++which & 1U], IFALSE);
-}
-void setStringTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  IUString names[2] = {IUString("col_a"), IUString("col_b")};
-  unsigned int which = 0;
-  for (auto _ : state) s.column->setName(names[++which & 1U]);
-}
-void setDoubleReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  double value = 0.0;
-  for (auto _ : state) {
-    value += 0.25;
-    s.columnInfo->set(*s.selectivity, &value, IFALSE);
+
+// Registers "ReflectiveAccess/<operation>/IObjectInfo" and ".../typed" for one pair.
+template <typename MakePair>
+void registerPair(const char* operation, MakePair makePair) {
+  for (const bool isReflective : {true, false}) {
+    const std::string name = std::string("ReflectiveAccess/") + operation + (isReflective ? "/IObjectInfo" : "/typed");
+    benchmark::RegisterBenchmark(name.c_str(), [makePair, isReflective](benchmark::State& state) {
+      auto [reflective, typed] = makePair(subjects());
+      runPair(state, reflective, typed, isReflective);
+    });
   }
 }
-void setDoubleTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  double value = 0.0;
-  for (auto _ : state) s.column->setSelectivity(value += 0.25);
-}
-void setEnumReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  unsigned int which = 0;
-  for (auto _ : state) s.columnInfo->set(*s.dataType, s.literals[++which & 1U], IFALSE);
-}
-void setEnumTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  unsigned int which = 0;
-  for (auto _ : state) s.column->setDataType(s.literals[++which & 1U]);
-}
-void setReferenceReflective(benchmark::State& state) {
-  Subjects& s = subjects();
-  unsigned int which = 0;
-  for (auto _ : state) s.columnInfo->set(*s.type, s.seeds[++which & 1U], IFALSE);
-}
-void setReferenceTyped(benchmark::State& state) {
-  Subjects& s = subjects();
-  unsigned int which = 0;
-  for (auto _ : state) s.column->setType(s.seeds[++which & 1U]);
-}
 
-BENCHMARK(setIntReflective)->Name("ReflectiveAccess/set/int/IObjectInfo");
-BENCHMARK(setIntTyped)->Name("ReflectiveAccess/set/int/typed");
-BENCHMARK(setStringReflective)->Name("ReflectiveAccess/set/string/IObjectInfo");
-BENCHMARK(setStringTyped)->Name("ReflectiveAccess/set/string/typed");
-BENCHMARK(setDoubleReflective)->Name("ReflectiveAccess/set/double/IObjectInfo");
-BENCHMARK(setDoubleTyped)->Name("ReflectiveAccess/set/double/typed");
-BENCHMARK(setEnumReflective)->Name("ReflectiveAccess/set/enum/IObjectInfo");
-BENCHMARK(setEnumTyped)->Name("ReflectiveAccess/set/enum/typed");
-BENCHMARK(setReferenceReflective)->Name("ReflectiveAccess/set/reference/IObjectInfo");
-BENCHMARK(setReferenceTyped)->Name("ReflectiveAccess/set/reference/typed");
+// Values alternate between two in the set pairs, so that no call stores what is there
+// already. The string names are short enough for the string's inline buffer.
+const int registered = [] {
+  registerPair("get/int", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(valueAt<std::int32_t>(s.columnInfo->get(*s.length, IFALSE))); },
+                     [&s] { benchmark::DoNotOptimize(s.column->getLength()); });
+  });
+  registerPair("get/string", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(valueAt<IUString>(s.columnInfo->get(*s.name, IFALSE)).length()); },
+                     [&s] { benchmark::DoNotOptimize(s.column->getName().length()); });
+  });
+  registerPair("get/double", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(valueAt<double>(s.columnInfo->get(*s.selectivity, IFALSE))); },
+                     [&s] { benchmark::DoNotOptimize(s.column->getSelectivity()); });
+  });
+  registerPair("get/enum", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(s.columnInfo->get(*s.dataType, IFALSE)); },
+                     [&s] { benchmark::DoNotOptimize(s.column->getDataType()); });
+  });
+  registerPair("get/reference", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(s.columnInfo->get(*s.type, IFALSE)); },
+                     [&s] { benchmark::DoNotOptimize(s.column->getType()); });
+  });
+  registerPair("get/collection_size", [](Subjects& s) {
+    return std::pair([&s] { benchmark::DoNotOptimize(s.tableInfo->getCardinality(*s.columns)); },
+                     [&s] { benchmark::DoNotOptimize(s.table->getColumns().size()); });
+  });
+  registerPair("set/int", [](Subjects& s) {
+    return std::pair([&s, value = std::int32_t{0}]() mutable { s.columnInfo->set(*s.length, &++value, IFALSE); },
+                     [&s, value = std::int32_t{0}]() mutable { s.column->setLength(++value); });
+  });
+  registerPair("set/string", [](Subjects& s) {
+    auto names = std::make_shared<std::array<IUString, 2>>(std::array<IUString, 2>{IUString("col_a"), IUString("col_b")});
+    return std::pair([&s, names, which = 0U]() mutable { s.columnInfo->set(*s.name, &(*names)[++which & 1U], IFALSE); },
+                     [&s, names, which = 0U]() mutable { s.column->setName((*names)[++which & 1U]); });
+  });
+  registerPair("set/double", [](Subjects& s) {
+    return std::pair([&s, value = 0.0]() mutable { s.columnInfo->set(*s.selectivity, &(value += 0.25), IFALSE); },
+                     [&s, value = 0.0]() mutable { s.column->setSelectivity(value += 0.25); });
+  });
+  registerPair("set/enum", [](Subjects& s) {
+    return std::pair([&s, which = 0U]() mutable { s.columnInfo->set(*s.dataType, s.literals[++which & 1U], IFALSE); },
+                     [&s, which = 0U]() mutable { s.column->setDataType(s.literals[++which & 1U]); });
+  });
+  registerPair("set/reference", [](Subjects& s) {
+    return std::pair([&s, which = 0U]() mutable { s.columnInfo->set(*s.type, s.seeds[++which & 1U], IFALSE); },
+                     [&s, which = 0U]() mutable { s.column->setType(s.seeds[++which & 1U]); });
+  });
+  return 0;
+}();
 
 // ---- class look-ups ----
 

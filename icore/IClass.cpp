@@ -115,30 +115,13 @@ IVector<IProperty*> const& IClass::getAllProperties(IBOOLEAN keepRedefined) cons
   return *cache.list;
 }
 
-void IClass::buildPropertyIdTable() const {
+internal::ClassTable const& IClass::buildClassTable() const {
   std::lock_guard<WkMutex> guard(propertyCacheLock_);
-  if (propertiesByIdValid_.load(std::memory_order_relaxed)) return;
-  std::vector<IProperty const*> table;
-  for (IProperty const* property : getAllProperties(ITRUE)) {
-    const int id = property->getPropertyId();
-    if (id < 0) continue;
-    if (static_cast<std::size_t>(id) >= table.size()) table.resize(static_cast<std::size_t>(id) + 1, nullptr);
-    table[static_cast<std::size_t>(id)] = property;
+  if (classTableOwner_ == nullptr) {
+    classTableOwner_ = std::make_unique<internal::ClassTable const>(*this);
+    classTable_.store(classTableOwner_.get(), std::memory_order_release);
   }
-  propertiesById_ = std::move(table);
-  propertiesByIdValid_.store(true, std::memory_order_release);
-}
-
-bool IClass::hasProperty(IProperty const& property) const {
-  if (!propertiesByIdValid_.load(std::memory_order_acquire)) buildPropertyIdTable();
-  const int id = property.getPropertyId();
-  if (id >= 0 && static_cast<std::size_t>(id) < propertiesById_.size() &&
-      propertiesById_[static_cast<std::size_t>(id)] == &property) {
-    return true;
-  }
-  // Two properties of one hierarchy that share an id are a modelling error; the list
-  // still answers correctly for them.
-  return getAllProperties(ITRUE).contains(const_cast<IProperty*>(&property));
+  return *classTableOwner_;
 }
 
 IBOOLEAN IClass::isTypeOf(IClass const& other) const {

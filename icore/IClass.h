@@ -7,9 +7,9 @@
 
 #include <atomic>
 #include <memory>
-#include <vector>
 
 #include "icore/IType.h"
+#include "icore/internal/ClassTable.h"
 #include "platform/IVector.h"
 #include "platform/WkMutex.h"
 
@@ -62,9 +62,16 @@ class QVX_API IClass : public IType {
   IProperty* getProperty(IUString const& name);
   IProperty const* getProperty(IUString const& name) const;
 
-  // True when `property` is one of getAllProperties(true), answered from a table
-  // indexed by property id instead of a search.
-  bool hasProperty(IProperty const& property) const;
+  // True when `property` is one of getAllProperties(true), answered by the class table
+  // in constant time.
+  bool hasProperty(IProperty const& property) const { return getClassTable().find(property) != nullptr; }
+
+  // The class's property table (kinds, defaults, XML names, look-up by id and name);
+  // made on first use, then read without locking. See internal/ClassTable.h.
+  internal::ClassTable const& getClassTable() const {
+    internal::ClassTable const* table = classTable_.load(std::memory_order_acquire);
+    return table != nullptr ? *table : buildClassTable();
+  }
 
   // True when `other` is this class or one of its super classes.
   IBOOLEAN isTypeOf(IClass const& other) const;
@@ -88,7 +95,7 @@ class QVX_API IClass : public IType {
   IVector<IClass*> const& getAllSuperTypes() const;
   std::unique_ptr<IVector<IProperty*>> getInheritedProperties(IBOOLEAN keepRedefined) const;
   static void pruneRedefinedProperties(IVector<IProperty*>& list);
-  void buildPropertyIdTable() const;
+  internal::ClassTable const& buildClassTable() const;
 
   IBOOLEAN abstract_ = IFALSE;
   IBOOLEAN final_ = IFALSE;
@@ -104,9 +111,8 @@ class QVX_API IClass : public IType {
   mutable std::unique_ptr<IVector<IClass*>> superTypes_;
   mutable std::atomic<bool> superTypesValid_{false};
   mutable WkMutex superTypesLock_;
-  // Property ids index this table; an entry is the class's property with that id.
-  mutable std::vector<IProperty const*> propertiesById_;
-  mutable std::atomic<bool> propertiesByIdValid_{false};
+  mutable std::unique_ptr<internal::ClassTable const> classTableOwner_;
+  mutable std::atomic<internal::ClassTable const*> classTable_{nullptr};
 };
 
 }  // namespace com::veltrana::qvx::icore

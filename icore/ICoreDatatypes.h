@@ -8,6 +8,9 @@
 //   IDate      "MM/DD/YYYY:HH24:MI:SS.ms" in UTC     IIdentity the qualified identity text
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "platform/IStatus.h"
 #include "platform/IUString.h"
 #include "platform/IVector.h"
@@ -38,6 +41,13 @@ class QVX_API ICoreDatatypes {
   // The text of the value behind `value` (`length` bytes for a blob); the caller owns
   // the result. Null for a null value or a data type that is not a core primitive.
   static IUString* primitiveToString(IDatatype const& datatype, void const* value, unsigned int length);
+  // The same text appended to a caller's buffer, as UTF-8 or UTF-16, so that a writer
+  // that keeps one buffer allocates nothing per value (except blobs and dates, whose
+  // formatters make temporaries). Returns false, appending nothing, where
+  // primitiveToString gives null. An identity is its qualified string.
+  static bool appendPrimitiveText(std::string& utf8Out, IDatatype const& datatype, void const* value,
+                                  unsigned int length);
+  static bool appendPrimitiveText(IUString& out, IDatatype const& datatype, void const* value, unsigned int length);
   // A newly allocated value parsed from `text` (for a blob, the byte count is written
   // to `length`); release it with deletePrimitive. Malformed numbers parse as far as
   // they are numbers, like strtol/strtod; "true" is recognised in any ASCII case.
@@ -47,6 +57,13 @@ class QVX_API ICoreDatatypes {
   // conversion uses Xerces' Base64, so Xerces must be initialised. Null for an
   // identity (assertion failure) or a data type that is not a core primitive.
   static void* primitiveFromString(IDatatype const& datatype, IUString const& text, unsigned int* length);
+  // Parses `length` code units into the caller's value, as primitiveFromString would
+  // make it, without allocating (except for blobs): `valueOut` points to the data type's
+  // value (char, IBOOLEAN, char16_t, WkDate, double, float, int32, int64, int16, or an
+  // IUString, which is assigned and so reuses its capacity); for a blob to a std::string
+  // that receives the bytes. False for malformed Base64 (the bytes are then empty), an
+  // identity (assertion failure) or a data type that is not a core primitive.
+  static bool parsePrimitiveText(IDatatype const& datatype, const char16_t* text, std::size_t length, void* valueOut);
   // Frees a value made by primitiveFromString. Blob and identity values are freed by
   // their owners, not here.
   static void deletePrimitive(IDatatype const& datatype, void* value);
@@ -66,6 +83,8 @@ class QVX_API ICoreDatatypes {
 
  private:
   friend class IcoreIPackage;
+  // Asserts that the data types were built, ordering this thread after their builder.
+  static void checkInitialised();
   static void initialize(IcoreIPackage* core);
 
   static IVector<IDatatype*>* m_pICorePrimitiveDataTypes;

@@ -6,6 +6,7 @@
 
 #include <xercesc/util/Base64.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <cfloat>
 #include <climits>
@@ -19,7 +20,7 @@
 #include "icore/IDatatype.h"
 #include "icore/IIdentity.h"
 #include "icore/IcoreIPackage.h"
-#include "icore/QVXRuntime.h"
+#include "icore/internal/IdentityManager.h"
 #include "platform/QvxAssert.h"
 #include "platform/WkDate.h"
 #include "platform/WkFloatFormat.h"
@@ -38,59 +39,82 @@ T loadValue(void const* value) {
   return loaded;
 }
 
-IUString* newAsciiText(const char* text, const char* end) {
-  return new IUString(text, static_cast<std::size_t>(end - text));
+// Where the text forms are written: a UTF-8 std::string or a UTF-16 IUString, appended
+// to in place. Every writer below goes through these three operations only.
+void appendAscii(std::string& out, const char* text, std::size_t length) { out.append(text, length); }
+void appendAscii(IUString& out, const char* text, std::size_t length) {
+  for (std::size_t i = 0; i < length; ++i) out += static_cast<char16_t>(text[i]);
+}
+void appendUnits(std::string& out, const char16_t* text, std::size_t length) {
+  WkUString::appendUtf16AsUtf8(out, text, length);
+}
+void appendUnits(IUString& out, const char16_t* text, std::size_t length) { out.append(text, length); }
+template <typename Out>
+void appendText(Out& out, IUString const& text) {
+  appendUnits(out, text.data(), text.length());
 }
 
-template <typename Integer>
-IUString* integerText(Integer value) {
+template <typename Out, typename Integer>
+void appendInteger(Out& out, Integer value) {
   char buffer[24];
   const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return newAsciiText(buffer, result.ptr);
+  appendAscii(out, buffer, static_cast<std::size_t>(result.ptr - buffer));
 }
 
 // "%.15lg", except that magnitudes in [1e-15, 1e-4) are written in fixed notation.
-IUString* doubleText(double value) {
+template <typename Out>
+void appendDouble(Out& out, double value) {
   const double magnitude = std::fabs(value);
-  if (magnitude >= 1e-15 && magnitude < 1e-4) return new IUString(wkFtoaReformat(value));
+  if (magnitude >= 1e-15 && magnitude < 1e-4) {
+    appendText(out, wkFtoaReformat(value));
+    return;
+  }
   char buffer[32];
   const std::to_chars_result result =
       std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15);
-  return newAsciiText(buffer, result.ptr);
+  appendAscii(out, buffer, static_cast<std::size_t>(result.ptr - buffer));
 }
 
 // "%f".
-IUString* floatText(float value) {
+template <typename Out>
+void appendFloat(Out& out, float value) {
   char buffer[64];  // FLT_MAX needs 39 digits before the point
   const std::to_chars_result result =
       std::to_chars(buffer, buffer + sizeof buffer, static_cast<double>(value), std::chars_format::fixed, 6);
-  return newAsciiText(buffer, result.ptr);
+  appendAscii(out, buffer, static_cast<std::size_t>(result.ptr - buffer));
 }
 
 // "MM/DD/YYYY:HH24:MI:SS.ms": the UTC text of the whole seconds with the separator
 // between date and time made a colon, then the milliseconds.
-IUString* dateText(WkDate const& date) {
-  std::u16string text = convertTimeToUTCStr(date.toTime()).str();
-  const std::size_t space = text.find(u' ');
-  if (space != std::u16string::npos) text[space] = u':';
+template <typename Out>
+void appendDate(Out& out, WkDate const& date) {
+  const IUString seconds = convertTimeToUTCStr(date.toTime());
+  const std::size_t space = seconds.find(u' ');
+  if (space == IUString::npos) {
+    appendText(out, seconds);
+  } else {
+    appendUnits(out, seconds.data(), space);
+    appendAscii(out, ":", 1);
+    appendUnits(out, seconds.data() + space + 1, seconds.length() - space - 1);
+  }
   const int millis = date.getNanosecond() / 1000000;
-  const char16_t fraction[] = {u'.', static_cast<char16_t>(u'0' + millis / 100),
-                               static_cast<char16_t>(u'0' + millis / 10 % 10), static_cast<char16_t>(u'0' + millis % 10)};
-  text.append(fraction, 4);
-  return new IUString(std::move(text));
+  const char fraction[] = {'.', static_cast<char>('0' + millis / 100), static_cast<char>('0' + millis / 10 % 10),
+                           static_cast<char>('0' + millis % 10)};
+  appendAscii(out, fraction, sizeof fraction);
 }
 
-// The inverse of dateText: the first 19 characters give the second (the character at
+// The inverse of appendDate: the first 19 characters give the second (the character at
 // 10 is the separator), the last three the milliseconds. Whatever does not parse
 // counts as 0, so the empty string gives the epoch.
-WkDate* dateFromText(IUString const& text) {
-  std::u16string seconds = text.substr(0, 19).str();
-  if (seconds.size() > 10) seconds[10] = u' ';
-  auto date = std::make_unique<WkDate>(WkDate::fromTime(convertUTCStrToTime(IUString(std::move(seconds)))));
-  const std::size_t millisStart = text.length() >= 3 ? text.length() - 3 : 0;
-  const int millis = WkUString::parseInt(text.data() + millisStart, text.length() - millisStart);
-  date->AddToPart("MS", millis);  // a result outside WkDate's range leaves the date as it is
-  return date.release();
+WkDate dateFromText(const char16_t* text, std::size_t length) {
+  char16_t seconds[19];
+  const std::size_t secondsLength = length < 19 ? length : 19;
+  std::copy(text, text + secondsLength, seconds);
+  if (secondsLength > 10) seconds[10] = u' ';
+  WkDate date = WkDate::fromTime(convertUTCStrToTime(IUString(seconds, secondsLength)));
+  const std::size_t millisStart = length >= 3 ? length - 3 : 0;
+  date.AddToPart("MS", WkUString::parseInt(text + millisStart, length - millisStart));  // out of range: unchanged
+  return date;
 }
 
 // Xerces allocates its Base64 results with ::operator new when no memory manager is
@@ -103,45 +127,59 @@ using XercesBuffer = std::unique_ptr<XMLByte, XercesBufferDelete>;
 // Standard Base64 on one line. Xerces breaks its output every 60 characters and ends
 // it with a newline; both are dropped. It returns null for empty input, which is
 // handled here first.
-IUString* blobText(void const* bytes, unsigned int length) {
-  auto text = std::make_unique<IUString>();
-  if (length == 0) return text.release();
+template <typename Out>
+bool appendBlob(Out& out, void const* bytes, unsigned int length) {
+  if (length == 0) return true;
   XMLSize_t encodedLength = 0;
   XercesBuffer encoded(xercesc::Base64::encode(static_cast<XMLByte const*>(bytes), length, &encodedLength));
-  if (encoded == nullptr) return nullptr;
-  text->reserve(encodedLength);
-  for (XMLSize_t i = 0; i < encodedLength; ++i) {
-    const XMLByte unit = encoded.get()[i];
-    if (unit != '\n' && unit != '\r') *text += static_cast<char16_t>(unit);
+  if (encoded == nullptr) return false;
+  const auto* text = reinterpret_cast<const char*>(encoded.get());
+  std::size_t runStart = 0;
+  for (std::size_t i = 0; i <= encodedLength; ++i) {
+    if (i == encodedLength || text[i] == '\n' || text[i] == '\r') {
+      appendAscii(out, text + runStart, i - runStart);
+      runStart = i + 1;
+    }
   }
-  return text.release();
+  return true;
 }
 
 bool isBase64Blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Decodes Base64, skipping blanks and line breaks. Text without any Base64 character
-// gives an empty, non-null buffer; malformed text (a character outside the alphabet,
-// missing or misplaced padding) gives null. The length is 0 in both cases.
-char* blobFromText(IUString const& text, unsigned int* length) {
-  if (length != nullptr) *length = 0;
-  const std::string ascii = text.toUtf8();
-  if (ascii.find('\0') != std::string::npos) return nullptr;  // Xerces would stop there
+// Decodes Base64, skipping blanks and line breaks, into `bytes`. Text without any
+// Base64 character gives no bytes; malformed text (a character outside the alphabet,
+// missing or misplaced padding) gives false.
+bool blobFromText(const char16_t* text, std::size_t length, std::string& bytes) {
+  bytes.clear();
+  std::string ascii;
+  WkUString::appendUtf16AsUtf8(ascii, text, length);
+  if (ascii.find('\0') != std::string::npos) return false;  // Xerces would stop there
   bool blank = true;
   for (char c : ascii) blank = blank && isBase64Blank(c);
-  if (blank) return new char[0];
+  if (blank) return true;
   XMLSize_t decodedLength = 0;
   XercesBuffer decoded(xercesc::Base64::decode(reinterpret_cast<XMLByte const*>(ascii.c_str()), &decodedLength));
-  if (decoded == nullptr || decodedLength > UINT_MAX) return nullptr;
-  auto bytes = std::make_unique<char[]>(decodedLength);
-  std::memcpy(bytes.get(), decoded.get(), decodedLength);
-  if (length != nullptr) *length = static_cast<unsigned int>(decodedLength);
-  return bytes.release();
+  if (decoded == nullptr || decodedLength > UINT_MAX) return false;
+  bytes.assign(reinterpret_cast<const char*>(decoded.get()), decodedLength);
+  return true;
+}
+
+// The blob of primitiveFromString: a new char[] buffer, empty but not null for blank
+// text, null for malformed text.
+char* newBlobFromText(IUString const& text, unsigned int* length) {
+  if (length != nullptr) *length = 0;
+  std::string bytes;
+  if (!blobFromText(text.data(), text.length(), bytes)) return nullptr;
+  auto buffer = std::make_unique<char[]>(bytes.size());
+  std::memcpy(buffer.get(), bytes.data(), bytes.size());
+  if (length != nullptr) *length = static_cast<unsigned int>(bytes.size());
+  return buffer.release();
 }
 
 // ASCII case-insensitive, so "TRUE" and "True" count too.
-bool isTrueText(IUString const& text) {
+bool isTrueText(const char16_t* text, std::size_t length) {
   static const char16_t kTrue[] = u"true";
-  if (text.length() != 4) return false;
+  if (length != 4) return false;
   for (std::size_t i = 0; i < 4; ++i) {
     char16_t unit = text[i];
     if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit - u'A' + u'a');
@@ -159,55 +197,120 @@ float narrowToFloat(double value) {
   return static_cast<float>(value);
 }
 
+void appendIdentity(std::string& out, IIdentity const* identity) {
+  internal::IdentityManager::getInstance()->appendIdentityString(out, identity);
+}
+void appendIdentity(IUString& out, IIdentity const* identity) {
+  out += internal::IdentityManager::getInstance()->identityToString(identity);
+}
+
+// The one writer of every text form, for both kinds of output.
+template <typename Out>
+bool appendPrimitive(Out& out, IDatatype const& datatype, void const* value, unsigned int length) {
+  if (value == nullptr || !datatype.isPrimitive()) return false;
+  switch (datatype.getTypeId()) {
+    case ICoreDatatypes::BYTE_TYPE_ID: appendInteger(out, static_cast<int>(loadValue<signed char>(value))); return true;
+    case ICoreDatatypes::BLOB_TYPE_ID: return appendBlob(out, value, length);
+    case ICoreDatatypes::BOOLEAN_TYPE_ID: {
+      const bool isTrue = loadValue<IBOOLEAN>(value) == 1;
+      appendAscii(out, isTrue ? "true" : "false", isTrue ? 4 : 5);
+      return true;
+    }
+    case ICoreDatatypes::CHARACTER_TYPE_ID: {
+      const char16_t unit = loadValue<char16_t>(value);
+      if (unit != 0) appendUnits(out, &unit, 1);
+      return true;
+    }
+    case ICoreDatatypes::DATE_TYPE_ID: appendDate(out, *static_cast<WkDate const*>(value)); return true;
+    case ICoreDatatypes::DOUBLE_TYPE_ID: appendDouble(out, loadValue<double>(value)); return true;
+    case ICoreDatatypes::FLOAT_TYPE_ID: appendFloat(out, loadValue<float>(value)); return true;
+    case ICoreDatatypes::INTEGER_TYPE_ID: appendInteger(out, loadValue<std::int32_t>(value)); return true;
+    case ICoreDatatypes::LONG_TYPE_ID: appendInteger(out, loadValue<std::int64_t>(value)); return true;
+    case ICoreDatatypes::SHORT_TYPE_ID: appendInteger(out, static_cast<int>(loadValue<std::int16_t>(value))); return true;
+    case ICoreDatatypes::STRING_TYPE_ID: appendText(out, *static_cast<IUString const*>(value)); return true;
+    case ICoreDatatypes::IIDENTITY_TYPE_ID: appendIdentity(out, static_cast<IIdentity const*>(value)); return true;
+    default: return false;
+  }
+}
+
+// A new value of type T parsed by parsePrimitiveText.
+template <typename T>
+void* newParsedValue(IDatatype const& datatype, IUString const& text) {
+  auto value = std::make_unique<T>();
+  ICoreDatatypes::parsePrimitiveText(datatype, text.data(), text.length(), value.get());
+  return value.release();
+}
+
 }  // namespace
 
-IUString* ICoreDatatypes::primitiveToString(IDatatype const& datatype, void const* value, unsigned int length) {
+void ICoreDatatypes::checkInitialised() {
   // Through the package singleton, not the plain flag: its acquire load orders this
   // thread after the thread that built the data types.
   IcoreIPackage::iGetInstance();
   QVX_ASSERT(m_bInitialised);
-  if (value == nullptr || !datatype.isPrimitive()) return nullptr;
+}
+
+bool ICoreDatatypes::appendPrimitiveText(std::string& utf8Out, IDatatype const& datatype, void const* value,
+                                         unsigned int length) {
+  checkInitialised();
+  return appendPrimitive(utf8Out, datatype, value, length);
+}
+
+bool ICoreDatatypes::appendPrimitiveText(IUString& out, IDatatype const& datatype, void const* value,
+                                         unsigned int length) {
+  checkInitialised();
+  return appendPrimitive(out, datatype, value, length);
+}
+
+IUString* ICoreDatatypes::primitiveToString(IDatatype const& datatype, void const* value, unsigned int length) {
+  auto text = std::make_unique<IUString>();
+  return appendPrimitiveText(*text, datatype, value, length) ? text.release() : nullptr;
+}
+
+bool ICoreDatatypes::parsePrimitiveText(IDatatype const& datatype, const char16_t* text, std::size_t length,
+                                        void* valueOut) {
+  checkInitialised();
+  if (valueOut == nullptr || !datatype.isPrimitive()) return false;
   switch (datatype.getTypeId()) {
-    case BYTE_TYPE_ID: return integerText(static_cast<int>(loadValue<signed char>(value)));
-    case BLOB_TYPE_ID: return blobText(value, length);
-    case BOOLEAN_TYPE_ID: return new IUString(loadValue<IBOOLEAN>(value) == 1 ? "true" : "false");
-    case CHARACTER_TYPE_ID: {
-      const char16_t unit = loadValue<char16_t>(value);
-      return unit == 0 ? new IUString() : new IUString(std::u16string(1, unit));
+    case BYTE_TYPE_ID: *static_cast<char*>(valueOut) = static_cast<char>(WkUString::parseInt(text, length)); return true;
+    case BLOB_TYPE_ID: return blobFromText(text, length, *static_cast<std::string*>(valueOut));
+    case BOOLEAN_TYPE_ID: *static_cast<IBOOLEAN*>(valueOut) = isTrueText(text, length) ? ITRUE : IFALSE; return true;
+    case CHARACTER_TYPE_ID: *static_cast<char16_t*>(valueOut) = length == 0 ? u'\0' : text[0]; return true;
+    case DATE_TYPE_ID: *static_cast<WkDate*>(valueOut) = dateFromText(text, length); return true;
+    case DOUBLE_TYPE_ID: *static_cast<double*>(valueOut) = WkUString::parseDouble(text, length); return true;
+    case FLOAT_TYPE_ID: *static_cast<float*>(valueOut) = narrowToFloat(WkUString::parseDouble(text, length)); return true;
+    case INTEGER_TYPE_ID: *static_cast<std::int32_t*>(valueOut) = WkUString::parseInt(text, length); return true;
+    case LONG_TYPE_ID: *static_cast<std::int64_t*>(valueOut) = WkUString::parseLong(text, length); return true;
+    case SHORT_TYPE_ID:
+      *static_cast<std::int16_t*>(valueOut) = static_cast<std::int16_t>(WkUString::parseInt(text, length));
+      return true;
+    case STRING_TYPE_ID: {
+      auto& target = *static_cast<IUString*>(valueOut);
+      target.clear();
+      target.append(text, length);
+      return true;
     }
-    case DATE_TYPE_ID: return dateText(*static_cast<WkDate const*>(value));
-    case DOUBLE_TYPE_ID: return doubleText(loadValue<double>(value));
-    case FLOAT_TYPE_ID: return floatText(loadValue<float>(value));
-    case INTEGER_TYPE_ID: return integerText(loadValue<std::int32_t>(value));
-    case LONG_TYPE_ID: return integerText(loadValue<std::int64_t>(value));
-    case SHORT_TYPE_ID: return integerText(static_cast<int>(loadValue<std::int16_t>(value)));
-    case STRING_TYPE_ID: return new IUString(*static_cast<IUString const*>(value));
     case IIDENTITY_TYPE_ID:
-      return new IUString(QVXRuntime::getInstance()->identityToString(static_cast<IIdentity const*>(value)));
-    default: return nullptr;
+      QVX_ASSERT_FAIL("identities are parsed by the identity manager, not as a primitive");
+      return false;
+    default: return false;
   }
 }
 
 void* ICoreDatatypes::primitiveFromString(IDatatype const& datatype, IUString const& text, unsigned int* length) {
-  // Through the package singleton, not the plain flag: its acquire load orders this
-  // thread after the thread that built the data types.
-  IcoreIPackage::iGetInstance();
-  QVX_ASSERT(m_bInitialised);
   if (!datatype.isPrimitive()) return nullptr;
-  const char16_t* units = text.data();
-  const std::size_t count = text.length();
   switch (datatype.getTypeId()) {
-    case BYTE_TYPE_ID: return new char(static_cast<char>(WkUString::parseInt(units, count)));
-    case BLOB_TYPE_ID: return blobFromText(text, length);
-    case BOOLEAN_TYPE_ID: return new IBOOLEAN(isTrueText(text) ? ITRUE : IFALSE);
-    case CHARACTER_TYPE_ID: return new char16_t(text.isEmpty() ? u'\0' : text[0]);
-    case DATE_TYPE_ID: return dateFromText(text);
-    case DOUBLE_TYPE_ID: return new double(WkUString::parseDouble(units, count));
-    case FLOAT_TYPE_ID: return new float(narrowToFloat(WkUString::parseDouble(units, count)));
-    case INTEGER_TYPE_ID: return new std::int32_t(WkUString::parseInt(units, count));
-    case LONG_TYPE_ID: return new std::int64_t(WkUString::parseLong(units, count));
-    case SHORT_TYPE_ID: return new std::int16_t(static_cast<std::int16_t>(WkUString::parseInt(units, count)));
-    case STRING_TYPE_ID: return new IUString(text);
+    case BYTE_TYPE_ID: return newParsedValue<char>(datatype, text);
+    case BLOB_TYPE_ID: return newBlobFromText(text, length);
+    case BOOLEAN_TYPE_ID: return newParsedValue<IBOOLEAN>(datatype, text);
+    case CHARACTER_TYPE_ID: return newParsedValue<char16_t>(datatype, text);
+    case DATE_TYPE_ID: return newParsedValue<WkDate>(datatype, text);
+    case DOUBLE_TYPE_ID: return newParsedValue<double>(datatype, text);
+    case FLOAT_TYPE_ID: return newParsedValue<float>(datatype, text);
+    case INTEGER_TYPE_ID: return newParsedValue<std::int32_t>(datatype, text);
+    case LONG_TYPE_ID: return newParsedValue<std::int64_t>(datatype, text);
+    case SHORT_TYPE_ID: return newParsedValue<std::int16_t>(datatype, text);
+    case STRING_TYPE_ID: return newParsedValue<IUString>(datatype, text);
     case IIDENTITY_TYPE_ID:
       QVX_ASSERT_FAIL("identities are parsed by the identity manager, not as a primitive");
       return nullptr;

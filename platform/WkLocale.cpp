@@ -1,5 +1,7 @@
 #include "platform/WkLocale.h"
 
+#include <utility>
+
 #include "platform/QvxAssert.h"
 #include "platform/WkUString.h"
 
@@ -19,7 +21,18 @@ std::size_t WkLocale::toUtf8(const char16_t* text, std::size_t length, char* out
   return WkUString::writeUtf16AsUtf8(text, length, out, outCapacity);
 }
 
-IUString WkLocale::fromUtf8(const char* text, std::size_t length) const {
+void WkLocale::appendUtf8(std::string& out, const char16_t* text, std::size_t length) const {
   checkValid();
-  return IUString(text, length);
+  WkUString::appendUtf16AsUtf8(out, text, length);
+}
+
+void WkLocale::appendUtf16(std::u16string& out, const char* text, std::size_t length) const {
+  checkValid();
+  WkUString::appendUtf8AsUtf16(out, text, length);
+}
+
+IUString WkLocale::fromUtf8(const char* text, std::size_t length) const {
+  std::u16string units;
+  appendUtf16(units, text, length);
+  return IUString(std::move(units));
 }

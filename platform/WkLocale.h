@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "platform/IUString.h"
 #include "platform/QvxExport.h"
@@ -30,7 +31,12 @@ class QVX_API WkLocale {
   // written, without allocating. Size the buffer with getUtf8Size; a smaller one gets
   // only the characters that fit whole (never a partial sequence).
   std::size_t toUtf8(const char16_t* text, std::size_t length, char* out, std::size_t outCapacity) const;
-  // The string of `length` bytes of UTF-8 text.
+  // Appends the UTF-8 form of `length` UTF-16 code units to `out`. A caller that keeps
+  // one buffer (clearing it between strings) allocates only while it grows.
+  void appendUtf8(std::string& out, const char16_t* text, std::size_t length) const;
+  // Appends the UTF-16 form of `length` bytes of UTF-8 text to `out`, likewise.
+  void appendUtf16(std::u16string& out, const char* text, std::size_t length) const;
+  // The string of `length` bytes of UTF-8 text (appendUtf16 into a new string).
   IUString fromUtf8(const char* text, std::size_t length) const;
 
  private:

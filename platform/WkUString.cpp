@@ -68,6 +68,28 @@ std::size_t utf8Width(unsigned long codePoint) {
   return 4;
 }
 
+// Writes the `width` (utf8Width) bytes of `codePoint` at `at`.
+void encodeUtf8(unsigned long codePoint, char* at, std::size_t width) {
+  switch (width) {
+    case 1: at[0] = static_cast<char>(codePoint); return;
+    case 2:
+      at[0] = static_cast<char>(0xC0 | (codePoint >> 6));
+      at[1] = static_cast<char>(0x80 | (codePoint & 0x3F));
+      return;
+    case 3:
+      at[0] = static_cast<char>(0xE0 | (codePoint >> 12));
+      at[1] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+      at[2] = static_cast<char>(0x80 | (codePoint & 0x3F));
+      return;
+    default:
+      at[0] = static_cast<char>(0xF0 | (codePoint >> 18));
+      at[1] = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+      at[2] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+      at[3] = static_cast<char>(0x80 | (codePoint & 0x3F));
+      return;
+  }
+}
+
 // Converts to a NUL-terminated narrow buffer for the C parsers. Non-ASCII units end
 // the number anyway, so they are mapped to a byte that no parser accepts.
 template <typename Parse>
@@ -116,22 +138,15 @@ void WkUString::appendUtf16AsUtf8(std::string& out, const char16_t* text, std::s
   out.reserve(out.size() + length);
   std::size_t i = 0;
   while (i < length) {
-    const unsigned long codePoint = decodeUtf16(text, length, i);
-    if (codePoint < 0x80) {
-      out.push_back(static_cast<char>(codePoint));
-    } else if (codePoint < 0x800) {
-      out.push_back(static_cast<char>(0xC0 | (codePoint >> 6)));
-      out.push_back(static_cast<char>(0x80 | (codePoint & 0x3F)));
-    } else if (codePoint < 0x10000) {
-      out.push_back(static_cast<char>(0xE0 | (codePoint >> 12)));
-      out.push_back(static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (codePoint & 0x3F)));
-    } else {
-      out.push_back(static_cast<char>(0xF0 | (codePoint >> 18)));
-      out.push_back(static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (codePoint & 0x3F)));
+    if (text[i] < 0x80) {  // fast path for ASCII runs
+      out.push_back(static_cast<char>(text[i++]));
+      continue;
     }
+    const unsigned long codePoint = decodeUtf16(text, length, i);
+    char bytes[4];
+    const std::size_t width = utf8Width(codePoint);
+    encodeUtf8(codePoint, bytes, width);
+    out.append(bytes, width);
   }
 }
 
@@ -149,20 +164,7 @@ std::size_t WkUString::writeUtf16AsUtf8(const char16_t* text, std::size_t length
     const unsigned long codePoint = decodeUtf16(text, length, next);
     const std::size_t width = utf8Width(codePoint);
     if (capacity - written < width) break;
-    char* at = out + written;
-    if (width == 2) {
-      at[0] = static_cast<char>(0xC0 | (codePoint >> 6));
-      at[1] = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else if (width == 3) {
-      at[0] = static_cast<char>(0xE0 | (codePoint >> 12));
-      at[1] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-      at[2] = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else {
-      at[0] = static_cast<char>(0xF0 | (codePoint >> 18));
-      at[1] = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
-      at[2] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-      at[3] = static_cast<char>(0x80 | (codePoint & 0x3F));
-    }
+    encodeUtf8(codePoint, out + written, width);
     written += width;
     i = next;
   }

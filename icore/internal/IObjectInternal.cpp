@@ -4,6 +4,8 @@
 
 #include "icore/IClass.h"
 #include "icore/IEncryptionProvider.h"
+#include "icore/IEncryptionProviderImpl.h"
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IIdentity.h"
 #include "icore/IProperty.h"
 #include "icore/QVXMsgCatalog.h"
@@ -12,6 +14,7 @@
 #include "icore/exception/IllegalArgumentException.h"
 #include "icore/exception/UnresolvedProxyException.h"
 #include "icore/exception/UnsupportedOperationException.h"
+#include "icore/internal/ClassTable.h"
 #include "icore/internal/CollectionAccess.h"
 #include "icore/runtime/IdentityExternalizer.h"
 #include "icore/runtime/SeedIdentity.h"
@@ -27,6 +30,19 @@ using exception::UnresolvedProxyException;
 using exception::UnsupportedOperationException;
 
 namespace {
+// The element count of a collection that iGet returned, without asking the property
+// for its type when the kind already says which vector it is.
+std::size_t collectionSize(IProperty const& property, PropertyKind kind, void const* items) {
+  if (items == nullptr) return 0;
+  switch (kind) {
+    case PropertyKind::kReference:
+    case PropertyKind::kContainment: return static_cast<IVector<IObject*> const*>(items)->size();
+    case PropertyKind::kEnumeration: return static_cast<IVector<IEnumerationLiteral*> const*>(items)->size();
+    case PropertyKind::kPrimitive: break;
+  }
+  return CollectionAccess::size(property, items);
+}
+
 IUString classNameOf(IClass const* objectClass) { return objectClass != nullptr ? objectClass->getName() : IUString(); }
 IUString qualifiedClassNameOf(IClass const* objectClass) {
   return objectClass != nullptr ? objectClass->getQualifiedName() : IUString();
@@ -125,11 +141,13 @@ void IObjectInternal::iResolveProxy(IObject* resolved) {
 
 int IObjectInternal::iGetCardinality(IProperty const& property) const {
   if (proxy_) throw UnresolvedProxyException(qvxGetMsg(75000));
-  if (property.isCollection()) {
-    return static_cast<int>(CollectionAccess::size(property, iGet(property, nullptr, IFALSE)));
-  }
-  if (property.isEnum() || property.isPrimitive()) return 1;
-  QVX_ASSERT(property.isSingleValued());
+  // The class table answers for the class's own properties; a foreign property is
+  // described from scratch (and refused by iGet unless it is a datatype or enumeration).
+  ClassTable::Entry const* entry = class_ != nullptr ? class_->getClassTable().find(property) : nullptr;
+  const bool multiValued = entry != nullptr ? entry->multiValued : property.isCollection() != IFALSE;
+  const PropertyKind kind = entry != nullptr ? entry->kind : ClassTable::kindOf(property);
+  if (multiValued) return static_cast<int>(collectionSize(property, kind, iGet(property, nullptr, IFALSE)));
+  if (kind == PropertyKind::kPrimitive || kind == PropertyKind::kEnumeration) return 1;
   return iGet(property, nullptr, IFALSE) != nullptr ? 1 : 0;
 }
 
@@ -177,7 +195,7 @@ void IObjectInternal::performChecksBeforeSet() const {
 
 void IObjectInternal::checkPropertyAccess(IProperty const& property) const {
   if (class_ == nullptr || !class_->hasProperty(property)) throwUnknownGet(property);
-  checkNotProxy();
+  if (proxy_) checkNotProxy();
 }
 
 void IObjectInternal::throwProxyAccess() { throw UnresolvedProxyException(qvxGetMsg(75004)); }

@@ -108,6 +108,7 @@ class QVX_API IObjectInternal : public IObject {
 
   // Helpers for the reflective contract of concrete classes.
   // Throws 73005 unless `property` belongs to this object's class, then 75004 on a proxy.
+  // Every reflective access makes this check, through the class table in constant time.
   void checkPropertyAccess(IProperty const& property) const;
   // Throws 75004 when this object is a proxy (typed accessors call it first).
   // Inline: every typed accessor of every generated class starts with it.
@@ -132,3 +133,39 @@ class QVX_API IObjectInternal : public IObject {
 };
 
 }  // namespace com::veltrana::qvx::icore::internal
+
+// The inline operations of the facade (declared in IObjectInfo.h), here because they
+// need IObjectInternal complete whichever of the two headers is included first.
+namespace com::veltrana::qvx::icore {
+
+inline void IObjectInfo::checkNotProxy() const {
+  if (object_->iIsProxy()) throwProxy();
+}
+
+inline IClass const* IObjectInfo::getIClass() const { return object_->iGetIClass(); }
+
+inline void const* IObjectInfo::get(IProperty const& property, unsigned int* index, IBOOLEAN flag) const {
+  return object_->iGet(property, index, flag);
+}
+
+inline void const* IObjectInfo::get(IProperty const& property, IBOOLEAN flag) const {
+  return object_->iGet(property, nullptr, flag);
+}
+
+inline void IObjectInfo::set(IProperty const& property, void* value, unsigned int index, IBOOLEAN flag) {
+  checkNotProxy();
+  object_->iSet(property, value, index, flag);
+}
+
+inline void IObjectInfo::set(IProperty const& property, void* value, IBOOLEAN flag) {
+  object_->iSet(property, value, 0, flag);
+}
+
+inline int IObjectInfo::getCardinality(IProperty const& property) const {
+  checkNotProxy();
+  return object_->iGetCardinality(property);
+}
+
+inline IBOOLEAN IObjectInfo::isProxy() const { return object_->iIsProxy(); }
+
+}  // namespace com::veltrana::qvx::icore

@@ -1,6 +1,9 @@
 // The externalizer table and the qualified string form of identities.
 #include "icore/internal/IdentityManager.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "icore/IIdentity.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IdentityException.h"
@@ -10,6 +13,7 @@
 #include "icore/runtime/UUIDExternalizer.h"
 #include "icore/runtime/UUIIdentity.h"
 #include "platform/QvxAssert.h"
+#include "platform/WkUString.h"
 
 namespace com::veltrana::qvx::icore::internal {
 
@@ -19,6 +23,8 @@ using runtime::IdentityExternalizer;
 namespace {
 
 constexpr std::size_t kInitialBucketCount = 11;
+// A short prefix for UUIDs that is read but never written.
+constexpr std::u16string_view kUuidAlias = u"U";
 
 }  // namespace
 
@@ -32,8 +38,7 @@ IdentityManager::IdentityManager() : externalizers_(kInitialBucketCount) {
   registerExternalizer(uuidExternalizer);
   registerExternalizer(runtime::StringExternalizer::getInstance());
   registerExternalizer(runtime::SeedExternalizer::getInstance());
-  // A short alias for UUIDs that is read but never written.
-  externalizers_.emplace(IUString("U"), uuidExternalizer);
+  externalizers_.emplace(IUString(kUuidAlias.data(), kUuidAlias.size()), uuidExternalizer);
 }
 
 IdentityManager::~IdentityManager() = default;
@@ -50,14 +55,25 @@ void IdentityManager::generateNewUUIDBytes(unsigned char* bytes) {
   (void)made;
 }
 
-IUString IdentityManager::identityToString(IIdentity const* identity) {
+IdentityExternalizer& IdentityManager::externalizerOf(IIdentity const* identity) {
   IdentityExternalizer* const externalizer = identity != nullptr ? identity->getIdentityExternalizer() : nullptr;
   if (externalizer == nullptr) {
     throw IdentityException(qvxGetMsg(74000));
   }
-  registerExternalizer(externalizer);
-  const IUString body = externalizer->toString(identity);
-  const IUString& prefix = externalizer->getExternalizerId();
+  // The built-in externalizers are registered for good; only a foreign one needs the lock.
+  const bool builtIn = externalizer == runtime::UUIDExternalizer::getInstance() ||
+                       externalizer == runtime::StringExternalizer::getInstance() ||
+                       externalizer == runtime::SeedExternalizer::getInstance();
+  if (!builtIn) {
+    registerExternalizer(externalizer);
+  }
+  return *externalizer;
+}
+
+IUString IdentityManager::identityToString(IIdentity const* identity) {
+  IdentityExternalizer& externalizer = externalizerOf(identity);
+  const IUString body = externalizer.toString(identity);
+  const IUString& prefix = externalizer.getExternalizerId();
   IUString text;
   text.reserve(prefix.length() + 1 + body.length());
   text += prefix;
@@ -66,17 +82,45 @@ IUString IdentityManager::identityToString(IIdentity const* identity) {
   return text;
 }
 
-IIdentity* IdentityManager::identityFromString(IUString const& text) {
-  const std::size_t colon = text.find(u':');
-  if (colon == IUString::npos) {
-    return new runtime::StringIdentity(text);
+void IdentityManager::appendIdentityString(std::string& utf8Out, IIdentity const* identity) {
+  IdentityExternalizer& externalizer = externalizerOf(identity);
+  const IUString& prefix = externalizer.getExternalizerId();
+  WkUString::appendUtf16AsUtf8(utf8Out, prefix.data(), prefix.length());
+  utf8Out += ':';
+  externalizer.appendText(identity, utf8Out);
+}
+
+IIdentity* IdentityManager::identityFromString(IUString const& text) { return identityFromText(text.data(), text.length()); }
+
+IIdentity* IdentityManager::identityFromText(const char16_t* text, std::size_t length) {
+  const char16_t* const end = text + length;
+  const char16_t* const colon = std::find(text, end, u':');
+  if (colon == end) {
+    return new runtime::StringIdentity(IUString(text, length));
   }
-  const IUString prefix = text.substr(0, colon);
-  IdentityExternalizer* const externalizer = findExternalizer(prefix);
+  const auto prefixLength = static_cast<std::size_t>(colon - text);
+  IdentityExternalizer* externalizer = findBuiltIn(text, prefixLength);
   if (externalizer == nullptr) {
-    throw IdentityException(qvxFormatMsg(74001, prefix));
+    const IUString prefix(text, prefixLength);
+    externalizer = findExternalizer(prefix);
+    if (externalizer == nullptr) {
+      throw IdentityException(qvxFormatMsg(74001, prefix));
+    }
   }
-  return externalizer->fromString(text.substr(colon + 1));
+  return externalizer->fromText(colon + 1, static_cast<std::size_t>(end - colon - 1));
+}
+
+IdentityExternalizer* IdentityManager::findBuiltIn(const char16_t* prefix, std::size_t length) {
+  const std::u16string_view wanted(prefix, length);
+  IdentityExternalizer* const uuidExternalizer = runtime::UUIDExternalizer::getInstance();
+  if (wanted == kUuidAlias) return uuidExternalizer;
+  IdentityExternalizer* const builtIns[] = {uuidExternalizer, runtime::StringExternalizer::getInstance(),
+                                            runtime::SeedExternalizer::getInstance()};
+  for (IdentityExternalizer* const builtIn : builtIns) {
+    const IUString& id = builtIn->getExternalizerId();
+    if (wanted == std::u16string_view(id.data(), id.length())) return builtIn;
+  }
+  return nullptr;
 }
 
 IBOOLEAN IdentityManager::registerExternalizer(IdentityExternalizer* externalizer) {

@@ -3,6 +3,8 @@
 // runtime (QVXRuntime) forwards its identity operations here.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <unordered_map>
 
 #include "platform/IStatus.h"
@@ -43,12 +45,23 @@ class QVX_API IdentityManager {
   // IdentityException (74000) when `identity` is null or has no externalizer.
   IUString identityToString(IIdentity const* identity);
 
+  // Appends the qualified string of `identity` as UTF-8 to `utf8Out`, the same text as
+  // identityToString gives. For the built-in kinds (UUID, string, seed) it takes no lock
+  // and allocates only when `utf8Out` must grow, so a writer that keeps one buffer
+  // allocates nothing per identity. Same errors as identityToString.
+  void appendIdentityString(std::string& utf8Out, IIdentity const* identity);
+
   // Reads a qualified string: text without ":" is a string identity; otherwise the text
   // before the first ":" names the externalizer that reads the rest (which may contain
   // further colons). May return null when the externalizer finds no identity in the
   // text. Throws IdentityException (74001, with the prefix) when no externalizer is
   // registered under the prefix. Caller owns the result.
   IIdentity* identityFromString(IUString const& text);
+  // identityFromString of `length` UTF-16 code units held elsewhere (a document's
+  // attribute text, say). The built-in prefixes ("uuidV1", "U", "stringIdentity", "smd")
+  // are recognised without a lock and without copying the text; other prefixes are
+  // looked up under the lock. Caller owns the result.
+  IIdentity* identityFromText(const char16_t* text, std::size_t length);
 
   // Registers `externalizer` under its externalizer id unless that id is taken: the first
   // registration of an id wins. Returns true when `externalizer` is the one registered
@@ -62,6 +75,12 @@ class QVX_API IdentityManager {
  private:
   IdentityManager();
   ~IdentityManager();
+
+  // One of the externalizers registered at construction, found by comparing its id in
+  // place, or null.
+  static runtime::IdentityExternalizer* findBuiltIn(const char16_t* prefix, std::size_t length);
+  // The externalizer of `identity` (74000 without one), registered if it is foreign.
+  runtime::IdentityExternalizer& externalizerOf(IIdentity const* identity);
 
   std::unordered_map<IUString, runtime::IdentityExternalizer*> externalizers_;
   WkMutex mutex_;

@@ -3,6 +3,9 @@
 // string is that id, a colon and the externalizer's text of the identity.
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "platform/IUString.h"
 #include "platform/QvxExport.h"
 
@@ -22,6 +25,14 @@ class QVX_API IdentityExternalizer {
   virtual IIdentity* fromString(IUString const& text) = 0;
   // The id under which the externalizer is registered (the prefix of qualified strings).
   virtual IUString const& getExternalizerId() const = 0;
+
+  // Appends what toString gives, as UTF-8, to `utf8Out`. The built-in externalizers
+  // write it without making the intermediate string; the default converts toString.
+  virtual void appendText(IIdentity const* identity, std::string& utf8Out);
+  // Reads `length` UTF-16 code units as fromString does, for callers that hold the text
+  // inside a larger string; the built-in externalizers make no copy of it. Caller owns
+  // the result.
+  virtual IIdentity* fromText(const char16_t* text, std::size_t length);
 
  protected:
   IdentityExternalizer() = default;

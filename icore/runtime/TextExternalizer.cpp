@@ -3,6 +3,7 @@
 
 #include "icore/runtime/SeedIdentity.h"
 #include "icore/runtime/StringIdentity.h"
+#include "platform/WkUString.h"
 
 namespace com::veltrana::qvx::icore::runtime {
 
@@ -16,6 +17,14 @@ template <typename Readable, typename Made>
 IUString TextExternalizer<Readable, Made>::toString(IIdentity const* identity) {
   const auto* textIdentity = dynamic_cast<const Readable*>(identity);
   return textIdentity != nullptr ? textIdentity->getIdString() : IUString();
+}
+
+template <typename Readable, typename Made>
+void TextExternalizer<Readable, Made>::appendText(IIdentity const* identity, std::string& utf8Out) {
+  const auto* textIdentity = dynamic_cast<const Readable*>(identity);
+  if (textIdentity == nullptr) return;
+  IUString const& text = textIdentity->getIdString();
+  WkUString::appendUtf16AsUtf8(utf8Out, text.data(), text.length());
 }
 
 template <typename Readable, typename Made>

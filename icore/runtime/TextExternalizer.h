@@ -19,6 +19,8 @@ class TextExternalizer : public IdentityExternalizer {
   // A new `Made` with `text`. Caller owns the result.
   IIdentity* fromString(IUString const& text) override;
   IUString const& getExternalizerId() const override;
+  // The id string of a `Readable` as UTF-8, else nothing.
+  void appendText(IIdentity const* identity, std::string& utf8Out) override;
 
  protected:
   explicit TextExternalizer(const char* externalizerId);

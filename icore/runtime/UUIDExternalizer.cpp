@@ -1,4 +1,5 @@
-// UUID generation on ACE's generator, and the canonical and compact text forms of UUIDs.
+// UUID generation on ACE's generator, and reading the canonical and compact text forms
+// of UUIDs (our own strict readers; ACE's sscanf-based one accepts malformed texts).
 #include "icore/runtime/UUIDExternalizer.h"
 
 #include <ace/UUID.h>
@@ -106,48 +107,11 @@ void writeBigEndian(unsigned char* out, std::uint64_t value, int byteCount) {
   }
 }
 
-// The canonical text: 36 characters, hyphens at 8, 13, 18 and 23, hexadecimal digits
-// elsewhere. ACE's own parser reads with sscanf and silently accepts more (leading
-// blanks, signs, "0x", short fields), so texts are checked here before ACE sees them.
-bool isCanonicalText(IUString const& text) {
-  if (text.length() != UUIIdentity::kTextLength) {
-    return false;
-  }
-  for (std::size_t index = 0; index < UUIIdentity::kTextLength; ++index) {
-    const char16_t unit = text[index];
-    if (index == 8 || index == 13 || index == 18 || index == 23) {
-      if (unit != u'-') {
-        return false;
-      }
-      continue;
-    }
-    const bool isHexDigit =
-        (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
-    if (!isHexDigit) {
-      return false;
-    }
-  }
-  return true;
-}
-
-IIdentity* parseCanonicalText(IUString const& text) {
-  if (!isCanonicalText(text)) {
+IIdentity* parseCanonicalText(const char16_t* text, std::size_t length) {
+  unsigned char bytes[UUIIdentity::kByteCount];
+  if (!UUIIdentity::parseCanonicalText(text, length, bytes)) {
     return nullptr;
   }
-  char narrow[UUIIdentity::kTextLength + 1];
-  for (std::size_t index = 0; index < UUIIdentity::kTextLength; ++index) {
-    narrow[index] = static_cast<char>(text[index]);  // all ASCII, checked above
-  }
-  narrow[UUIIdentity::kTextLength] = '\0';
-  const ACE_Utils::UUID parsed{ACE_CString(narrow)};
-
-  unsigned char bytes[UUIIdentity::kByteCount];
-  writeBigEndian(bytes, parsed.time_low(), 4);
-  writeBigEndian(bytes + 4, parsed.time_mid(), 2);
-  writeBigEndian(bytes + 6, parsed.time_hi_and_version(), 2);
-  bytes[8] = parsed.clock_seq_hi_and_reserved();
-  bytes[9] = parsed.clock_seq_low();
-  std::memcpy(bytes + 10, parsed.node().node_ID(), ACE_Utils::UUID_Node::NODE_ID_SIZE);
   return new UUIIdentity(bytes);
 }
 
@@ -172,12 +136,12 @@ int base64UrlValue(char16_t unit) {
 
 // 22 characters carry 132 bits: the 16 bytes and 4 bits that must be zero, as a strict
 // Base64 decoder requires of the character before the padding.
-IIdentity* decodeCompactText(IUString const& text) {
+IIdentity* decodeCompactText(const char16_t* text, std::size_t length) {
   unsigned char bytes[UUIIdentity::kByteCount];
   std::size_t byteCount = 0;
   std::uint32_t pending = 0;
   int pendingBits = 0;
-  for (std::size_t index = 0; index < text.length(); ++index) {
+  for (std::size_t index = 0; index < length; ++index) {
     const int value = base64UrlValue(text[index]);
     if (value < 0) {
       QVX_ASSERT_FAIL("compact UUID text has a character outside the URL-safe Base64 alphabet");
@@ -234,10 +198,6 @@ UUIDExternalizer::UUIDExternalizer() : externalizerId_("uuidV1"), generator_(std
   generator_->ace = ACE_Utils::UUID_GENERATOR::instance();
   QVX_ASSERT(generator_->ace != nullptr);
   generator_->drawNodeAndClockSequence();
-  // ACE's parser measures every text against the nil UUID's text, which that shared
-  // object caches on first use without a lock; making it here, before any text can be
-  // parsed, keeps concurrent first parses from racing on it.
-  ACE_Utils::UUID::NIL_UUID.to_string();
 }
 
 UUIDExternalizer::~UUIDExternalizer() = default;
@@ -247,15 +207,23 @@ IUString UUIDExternalizer::toString(IIdentity const* identity) {
   return uuid != nullptr ? uuid->getCanonicalText() : IUString();
 }
 
-IIdentity* UUIDExternalizer::fromString(IUString const& text) {
+void UUIDExternalizer::appendText(IIdentity const* identity, std::string& utf8Out) {
+  if (const auto* uuid = dynamic_cast<const UUIIdentity*>(identity)) {
+    uuid->appendCanonicalText(utf8Out);
+  }
+}
+
+IIdentity* UUIDExternalizer::fromString(IUString const& text) { return fromText(text.data(), text.length()); }
+
+IIdentity* UUIDExternalizer::fromText(const char16_t* text, std::size_t length) {
   constexpr std::size_t kCompactLength = 22;
-  if (text.length() < kCompactLength) {
+  if (length < kCompactLength) {
     return nullptr;
   }
-  if (text.length() == kCompactLength) {
-    return decodeCompactText(text);
+  if (length == kCompactLength) {
+    return decodeCompactText(text, length);
   }
-  return parseCanonicalText(text);
+  return parseCanonicalText(text, length);
 }
 
 IUString const& UUIDExternalizer::getExternalizerId() const { return externalizerId_; }

@@ -21,9 +21,10 @@ class QVX_API UUIDExternalizer : public IdentityExternalizer {
   // The canonical text of a UUIIdentity, else empty.
   IUString toString(IIdentity const* identity) override;
   // Reads a UUIIdentity; the form is chosen by the length of `text` in code units:
-  //  - 23 or more: the canonical text. Exactly 36 characters, hyphens at offsets 8, 13,
-  //    18 and 23 and hexadecimal digits (either case) elsewhere; anything else is not a
-  //    UUID and yields null, as no identity.
+  //  - 23 or more: the canonical text, read by UUIIdentity::parseCanonicalText:
+  //    exactly 36 characters, hyphens at offsets 8, 13, 18 and 23 and hexadecimal
+  //    digits (either case) elsewhere; anything else (a blank, a sign, "0x", a hyphen out
+  //    of place) is not a UUID and yields null, as no identity.
   //  - exactly 22: the compact form, the 16 bytes in RFC 4122 order in the URL-safe
   //    Base64 alphabet (A-Z a-z 0-9 - _) without padding. A character outside the
   //    alphabet, or non-zero bits after the 16th byte, is an assertion failure and
@@ -31,6 +32,11 @@ class QVX_API UUIDExternalizer : public IdentityExternalizer {
   //  - fewer than 22: null.
   // Caller owns the result.
   IIdentity* fromString(IUString const& text) override;
+  // fromString of `length` code units in place; neither reading allocates more than the
+  // identity itself, nor takes a lock.
+  IIdentity* fromText(const char16_t* text, std::size_t length) override;
+  // The canonical text as UTF-8 (36 bytes) of a UUIIdentity, else nothing.
+  void appendText(IIdentity const* identity, std::string& utf8Out) override;
   // "uuidV1"
   IUString const& getExternalizerId() const override;
 

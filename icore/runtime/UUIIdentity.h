@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "icore/IIdentity.h"
 #include "platform/IUString.h"
@@ -36,6 +37,16 @@ class QVX_API UUIIdentity : public IIdentity {
 
   // The canonical text: 36 characters, lowercase, exactly as the UUID library writes it.
   IUString getCanonicalText() const;
+  // Appends the canonical text (36 ASCII bytes, so also UTF-8) to `utf8Out`; allocates
+  // only when `utf8Out` has to grow.
+  void appendCanonicalText(std::string& utf8Out) const;
+  // Reads a canonical text strictly: exactly kTextLength characters, hyphens at offsets
+  // 8, 13, 18 and 23, hexadecimal digits of either case elsewhere. Blanks, signs, "0x"
+  // prefixes and short fields, which a scanf-based reader lets through, are refused.
+  // Writes the kByteCount bytes in RFC 4122 order to `bytes` and returns true, or returns
+  // false (with `bytes` unspecified). Neither form allocates.
+  static bool parseCanonicalText(const char16_t* text, std::size_t length, unsigned char* bytes);
+  static bool parseCanonicalText(const char* text, std::size_t length, unsigned char* bytes);
   // Writes the kByteCount bytes of the UUID, in RFC 4122 order, to `out`.
   void getBytes(unsigned char* out) const;
   // The kByteCount bytes this identity was decoded from, or null when it was made

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "icore/ICoreDatatypes.h"
 #include "tests/catalog/CatalogTestSupport.h"
 #include "tests/support/MetamodelText.h"
 
@@ -107,6 +108,37 @@ TEST(CatalogMetamodelTest, ViewKindReplacesTableKindOnlyWhenRedefinedPropertiesA
   EXPECT_EQ(pkg()->getView_KindIProperty()->getRootProperty(), pkg()->getTable_KindIProperty());
   EXPECT_EQ(view->getProperty("kind"), pkg()->getTable_KindIProperty());
   EXPECT_EQ(pkg()->getTableIClass()->getAllProperties(IFALSE).size(), 10U);  // a table keeps its kind
+}
+
+}  // namespace
+
+namespace {
+
+// What the serializers will read from the class table of Column, one of each kind.
+TEST(CatalogMetamodelTest, ClassTableGivesKindsDefaultsAndXmlNames) {
+  using internal::ClassTable;
+  using internal::PropertyKind;
+  ClassTable const& table = pkg()->getColumnIClass()->getClassTable();
+  ASSERT_EQ(table.entries().size(), pkg()->getColumnIClass()->getAllProperties(ITRUE).size());
+  auto entryOf = [&table](IProperty const* property) {
+    ClassTable::Entry const* entry = table.find(*property);
+    EXPECT_NE(entry, nullptr) << property->getName().toUtf8();
+    return entry != nullptr ? *entry : ClassTable::Entry();
+  };
+  const ClassTable::Entry description = entryOf(pkg()->getNamedElement_DescriptionIProperty());
+  EXPECT_TRUE(description.xmlAsElement);
+  EXPECT_EQ(description.xmlElementNameUtf8, "documentation");
+  EXPECT_EQ(description.nameUtf8, "description");
+  EXPECT_EQ(entryOf(pkg()->getColumn_DataTypeIProperty()).kind, PropertyKind::kEnumeration);
+  EXPECT_EQ(entryOf(pkg()->getColumn_DataTypeIProperty()).defaultLiteral, IUString("VARCHAR"));
+  EXPECT_EQ(entryOf(pkg()->getColumn_LengthIProperty()).primitiveTypeId, ICoreDatatypes::INTEGER_TYPE_ID);
+  EXPECT_TRUE(entryOf(pkg()->getColumn_SampleValuesIProperty()).multiValued);
+  EXPECT_EQ(entryOf(pkg()->getColumn_TypeIProperty()).kind, PropertyKind::kReference);
+  EXPECT_EQ(entryOf(pkg()->getColumn_TableIProperty()).kind, PropertyKind::kReference);
+  EXPECT_TRUE(entryOf(pkg()->getColumn_TableIProperty()).container);
+  ClassTable const& tables = pkg()->getTableIClass()->getClassTable();
+  EXPECT_EQ(tables.find(*pkg()->getTable_ColumnsIProperty())->kind, PropertyKind::kContainment);
+  EXPECT_EQ(tables.find(*pkg()->getColumn_LengthIProperty()), nullptr);
 }
 
 }  // namespace

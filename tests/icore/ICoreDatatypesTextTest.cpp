@@ -4,12 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "icore/HashFunctions.h"
@@ -144,6 +146,98 @@ TEST(ICoreDatatypesTextTest, IdentitiesNullValuesAndForeignTypes) {
   EXPECT_EQ(ICoreDatatypes::primitiveFromString(enumeration, IUString("1"), nullptr), nullptr);
   AssertionCatcher catcher;
   EXPECT_THROW(ICoreDatatypes::primitiveFromString(type(ICoreDatatypes::I_IDENTITY), qualified, nullptr), AssertionFailure);
+}
+
+// The appending forms must give the allocating form's text exactly, as UTF-8 and as
+// UTF-16, after whatever the buffer already holds.
+void expectAppendedTextAgrees(IDatatype* const& datatype, void const* value, unsigned int length = 0) {
+  std::unique_ptr<IUString> made(ICoreDatatypes::primitiveToString(type(datatype), value, length));
+  std::string utf8 = "before|";
+  IUString utf16(u"before|");
+  const bool appended = ICoreDatatypes::appendPrimitiveText(utf8, type(datatype), value, length);
+  EXPECT_EQ(ICoreDatatypes::appendPrimitiveText(utf16, type(datatype), value, length), appended);
+  EXPECT_EQ(appended, made != nullptr);
+  const IUString expected = made != nullptr ? IUString(u"before|") + *made : IUString(u"before|");
+  EXPECT_EQ(utf8, expected.toUtf8()) << type(datatype).getName().toUtf8();
+  EXPECT_EQ(utf16, expected) << type(datatype).getName().toUtf8();
+}
+
+// Parsing into the caller's value must give what primitiveFromString makes; the same
+// value is reused across texts, as a reader does.
+template <typename T>
+void expectParsedValueAgrees(IDatatype* const& datatype, std::initializer_list<const char16_t*> texts) {
+  T reused{};
+  for (const char16_t* text : texts) {
+    const IUString source(text);
+    ASSERT_TRUE(ICoreDatatypes::parsePrimitiveText(type(datatype), source.data(), source.length(), &reused));
+    void* made = ICoreDatatypes::primitiveFromString(type(datatype), source, nullptr);
+    ASSERT_NE(made, nullptr);
+    const T expected = *static_cast<T*>(made);
+    ICoreDatatypes::deletePrimitive(type(datatype), made);
+    if constexpr (std::is_floating_point_v<T>) {
+      EXPECT_TRUE(expected == reused || (std::isnan(expected) && std::isnan(reused))) << source.toUtf8();
+      EXPECT_EQ(std::signbit(expected), std::signbit(reused)) << source.toUtf8();
+    } else {
+      EXPECT_TRUE(expected == reused) << source.toUtf8();
+    }
+  }
+}
+
+TEST(ICoreDatatypesTextTest, AppendingAndInPlaceFormsAgreeWithTheAllocatingOnes) {
+  for (char value : {char{CHAR_MIN}, '\0', char{CHAR_MAX}}) expectAppendedTextAgrees(ICoreDatatypes::I_BYTE, &value);
+  for (IBOOLEAN value : {IBOOLEAN{0}, IBOOLEAN{1}, IBOOLEAN{2}, IBOOLEAN{-1}}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_BOOLEAN, &value);
+  }
+  for (char16_t value : {char16_t{0}, u'A', char16_t{0xE9}, char16_t{0xD800}, char16_t{0xFFFF}}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_CHARACTER, &value);
+  }
+  for (const WkDate& value : {WkDate(), WkDate::fromTime(-1, 999000000), WkDate::fromTime(253402300799LL, 123000000)}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_DATE, &value);
+  }
+  for (double value : {0.0, -0.0, 1e-15, 9.99e-5, 1e-4, 1e300, -2.5, std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_DOUBLE, &value);
+  }
+  for (float value : {0.0F, FLT_MAX, -FLT_MIN, HUGE_VALF}) expectAppendedTextAgrees(ICoreDatatypes::I_FLOAT, &value);
+  for (std::int32_t value : {INT_MIN, 0, INT_MAX}) expectAppendedTextAgrees(ICoreDatatypes::I_INTEGER, &value);
+  for (std::int64_t value : {std::int64_t{LLONG_MIN}, std::int64_t{LLONG_MAX}}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_LONG, &value);
+  }
+  for (std::int16_t value : {std::int16_t{SHRT_MIN}, std::int16_t{SHRT_MAX}}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_SHORT, &value);
+  }
+  for (const IUString& value : {IUString(), IUString(u"gr\u00fc\u00dfe \U0001F600"), IUString(u"lone \xdc00")}) {
+    expectAppendedTextAgrees(ICoreDatatypes::I_STRING, &value);
+  }
+  const std::vector<char> blob = {'\0', '\x7f', '\x80', '\xff', 'a', 'b', 'c'};
+  for (unsigned int length = 0; length <= blob.size(); ++length) expectAppendedTextAgrees(ICoreDatatypes::I_BLOB, blob.data(), length);
+  const runtime::StringIdentity identity(IUString(u"\u00e9t\u00e9:1"));
+  expectAppendedTextAgrees(ICoreDatatypes::I_IDENTITY, &identity);
+  expectAppendedTextAgrees(ICoreDatatypes::I_INTEGER, nullptr);
+
+  expectParsedValueAgrees<char>(ICoreDatatypes::I_BYTE, {u"", u"300", u"-129", u" 12x"});
+  expectParsedValueAgrees<IBOOLEAN>(ICoreDatatypes::I_BOOLEAN, {u"true", u"TRUE", u"", u"yes", u"true "});
+  expectParsedValueAgrees<char16_t>(ICoreDatatypes::I_CHARACTER, {u"xyz", u"", u"\U0001F600"});
+  expectParsedValueAgrees<WkDate>(ICoreDatatypes::I_DATE, {u"01/31/2024:13:45:07.250", u"", u"12/31/1969:23:59:59.999",
+                                                          u"garbage", u"01/31/2024"});
+  expectParsedValueAgrees<double>(ICoreDatatypes::I_DOUBLE, {u"", u"-0", u"1e309", u"nan", u"0x1p3", u" 2.5e-3x"});
+  expectParsedValueAgrees<float>(ICoreDatatypes::I_FLOAT, {u"1e300", u"-1e-50", u"3.4028235e38"});
+  expectParsedValueAgrees<std::int32_t>(ICoreDatatypes::I_INTEGER, {u"-2147483649", u"2147483648", u"+7", u"\uff17"});
+  expectParsedValueAgrees<std::int64_t>(ICoreDatatypes::I_LONG, {u"-9223372036854775809", u"99999999999999999999"});
+  expectParsedValueAgrees<std::int16_t>(ICoreDatatypes::I_SHORT, {u"70000", u"-32769"});
+  // A long string then a short one: the reused string holds only the second.
+  expectParsedValueAgrees<IUString>(ICoreDatatypes::I_STRING, {u"a rather longer text than the next", u"", u"x"});
+
+  std::string bytes = "stale";
+  const IUString base64(u"AQID\nBAUG");
+  EXPECT_TRUE(ICoreDatatypes::parsePrimitiveText(type(ICoreDatatypes::I_BLOB), base64.data(), base64.length(), &bytes));
+  EXPECT_EQ(bytes, blobFromText(base64));
+  const IUString malformed(u"AQI");
+  EXPECT_FALSE(ICoreDatatypes::parsePrimitiveText(type(ICoreDatatypes::I_BLOB), malformed.data(), malformed.length(), &bytes));
+  EXPECT_TRUE(bytes.empty());
+  std::int32_t untouched = 5;
+  IDatatype const& enumeration = *IcoreIPackage::iGetInstance()->getIClassKindIEnumeration();
+  EXPECT_FALSE(ICoreDatatypes::parsePrimitiveText(enumeration, u"1", 1, &untouched));
+  EXPECT_EQ(untouched, 5);
 }
 
 TEST(HashFunctionsTest, IntegersAreSignExtendedFloatsScaledAndEverythingTruncatedTo32Bits) {

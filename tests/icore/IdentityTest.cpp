@@ -6,10 +6,15 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IdentityException.h"
 #include "icore/internal/IdentityManager.h"
+#include "icore/runtime/IdentityExternalizer.h"
+#include "icore/runtime/StringIdentity.h"
 #include "icore/runtime/UUIDExternalizer.h"
 #include "tests/support/AssertionCatcher.h"
 #include "tests/support/ThrownMessage.h"
@@ -101,6 +106,86 @@ TEST(IdentityTest, UnknownPrefixThrows74001AndNoIdentity74000) {
   }
   EXPECT_EQ(qvx_test::messageOf<IdentityException>([] { IdentityManager::getInstance()->identityToString(nullptr); }),
             qvxGetMsg(74000));
+}
+
+// A kind of identity the library does not know: its externalizer relies on the default
+// UTF-8 and in-place forms.
+class TagIdentity;
+class TagExternalizer : public runtime::IdentityExternalizer {
+ public:
+  static TagExternalizer* getInstance() {
+    static auto* const instance = new TagExternalizer();  // registered for good once written
+    return instance;
+  }
+  IUString toString(IIdentity const* identity) override;
+  IIdentity* fromString(IUString const& text) override;
+  IUString const& getExternalizerId() const override { return id_; }
+
+ private:
+  const IUString id_{u"tag\u00e9"};
+};
+
+class TagIdentity : public IIdentity {
+ public:
+  explicit TagIdentity(IUString text) : text_(std::move(text)) {}
+  IBOOLEAN operator==(IIdentity const& other) const override {
+    auto const* tag = dynamic_cast<TagIdentity const*>(&other);
+    return tag != nullptr && tag->text_ == text_ ? ITRUE : IFALSE;
+  }
+  runtime::IdentityExternalizer* getIdentityExternalizer() const override { return TagExternalizer::getInstance(); }
+  IUString const& text() const { return text_; }
+
+ private:
+  const IUString text_;
+};
+
+IUString TagExternalizer::toString(IIdentity const* identity) { return static_cast<TagIdentity const*>(identity)->text(); }
+IIdentity* TagExternalizer::fromString(IUString const& text) { return new TagIdentity(text); }
+
+TEST(IdentityTest, Utf8FormEqualsTheQualifiedStringForEveryKind) {
+  IdentityManager* manager = IdentityManager::getInstance();
+  std::vector<std::unique_ptr<IIdentity>> identities;
+  for (const char16_t* text : {u"abc", u"", u"stringIdentity:a:b c", u"caf\u00e9", u"\U0001F600", u"smd:seed-1", u"smd:",
+                               u"U:a6e4EJ2tEdGAtADAT9QwyA"}) {
+    identities.push_back(read(text));
+  }
+  identities.emplace_back(manager->generateNewId());
+  identities.emplace_back(new TagIdentity(u"x\u00fcy"));
+  identities.emplace_back(new runtime::StringIdentity(IUString(u"lone \xd800 surrogate")));
+  std::string buffer = "kept ";  // appending never touches what is there
+  std::string expected = buffer;
+  for (const auto& identity : identities) {
+    ASSERT_NE(identity, nullptr);
+    manager->appendIdentityString(buffer, identity.get());
+    expected += manager->identityToString(identity.get()).toUtf8();
+    ASSERT_EQ(buffer, expected);
+  }
+  // Once written, the foreign kind is readable too, in place within a longer text.
+  const std::u16string longer = u"tag\u00e9:x\u00fcy|trailing";
+  std::unique_ptr<IIdentity> back(manager->identityFromText(longer.data(), longer.find(u'|')));
+  ASSERT_NE(back, nullptr);
+  EXPECT_TRUE(*back == *identities[identities.size() - 2]);
+  EXPECT_EQ(qvx_test::messageOf<IdentityException>([&] { manager->appendIdentityString(buffer, nullptr); }),
+            qvxGetMsg(74000));
+  EXPECT_EQ(buffer, expected);
+}
+
+TEST(IdentityTest, InPlaceReadingStopsAtTheGivenLength) {
+  IdentityManager* manager = IdentityManager::getInstance();
+  const std::u16string text = std::u16string(u"uuidV1:") + u"6ba7b810-9dad-11d1-80b4-00c04fd430c8" + u"ff";
+  // The canonical text followed by more characters is 38 long: no identity...
+  EXPECT_EQ(std::unique_ptr<IIdentity>(manager->identityFromText(text.data(), text.size())), nullptr);
+  // ...but cut at 36 it is the UUID, and cut at a colon-free prefix a string identity.
+  std::unique_ptr<IIdentity> uuid(manager->identityFromText(text.data(), text.size() - 2));
+  ASSERT_NE(uuid, nullptr);
+  EXPECT_EQ(manager->identityToString(uuid.get()), IUString(u"uuidV1:6ba7b810-9dad-11d1-80b4-00c04fd430c8"));
+  std::unique_ptr<IIdentity> plain(manager->identityFromText(text.data(), 4));
+  EXPECT_EQ(manager->identityToString(plain.get()), IUString(u"stringIdentity:uuid"));
+  std::unique_ptr<IIdentity> empty(manager->identityFromText(text.data(), 0));
+  EXPECT_EQ(manager->identityToString(empty.get()), IUString(u"stringIdentity:"));
+  const std::u16string unknown = u"uuidV:abc";
+  EXPECT_EQ(qvx_test::messageOf<IdentityException>([&] { manager->identityFromText(unknown.data(), unknown.size()); }),
+            qvxFormatMsg(74001, IUString(u"uuidV")));
 }
 
 }  // namespace
