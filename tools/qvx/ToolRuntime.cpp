@@ -1,0 +1,72 @@
+#include "tools/qvx/ToolRuntime.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <string>
+
+#include "examples/catalog/CatalogWorkload.h"
+#include "icore/runtime/PackageLibraryMap.h"
+#include "icore/runtime/PackageRegistration.h"
+#include "platform/WkEncryption.h"
+
+namespace qvx_tool {
+
+namespace runtime = com::veltrana::qvx::icore::runtime;
+
+namespace {
+
+std::string directoryOf(std::string const& path) {
+  std::string::size_type slash = path.rfind('/');
+  return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
+}
+
+std::string executableDirectory(char const* argv0) {
+  char resolved[PATH_MAX];
+  ssize_t length = readlink("/proc/self/exe", resolved, sizeof resolved - 1);
+  if (length > 0) return directoryOf(std::string(resolved, static_cast<std::size_t>(length)));
+  return directoryOf(argv0 == nullptr ? "" : argv0);
+}
+
+// The directory of the catalog library this program links: its map file lies beside it,
+// in the build tree and when installed.
+std::string catalogLibraryDirectory() {
+  Dl_info info{};
+  auto* build = static_cast<com::example::catalog::Catalog* (*)(int, int, int, int)>(
+      &com::example::catalog::buildCatalog);
+  if (dladdr(reinterpret_cast<void*>(build), &info) == 0 || info.dli_fname == nullptr) return "";
+  return directoryOf(info.dli_fname);
+}
+
+}  // namespace
+
+void ToolRuntime::start(char const* argv0) {
+  const char* variable = runtime::PackageRegistration::PACKAGE_LIBRARY_MAP_PATH_VAR;
+  const char* configured = std::getenv(variable);
+  if (configured == nullptr || *configured == '\0') {
+    std::string path = executableDirectory(argv0) + "/../" QVX_TOOL_RELATIVE_LIBDIR;
+    std::string catalogDirectory = catalogLibraryDirectory();
+    if (!catalogDirectory.empty()) path += ":" + catalogDirectory;
+    setenv(variable, path.c_str(), 1);
+  }
+  runtime::PackageRegistration::registerPackageLibraryResolver(&runtime::PackageLibraryMap::resolve);
+}
+
+std::string ToolRuntime::mapPath() {
+  const char* path = std::getenv(runtime::PackageRegistration::PACKAGE_LIBRARY_MAP_PATH_VAR);
+  return path == nullptr ? "" : path;
+}
+
+bool ToolRuntime::useDemoKeyUnlessConfigured() {
+  const char* keyFile = std::getenv(WkEncryption::kKeyFileVariable);
+  if (keyFile != nullptr && *keyFile != '\0') return false;
+  // A visible, fixed key: the demo's files are samples, not secrets.
+  unsigned char key[WkEncryption::kKeyLength];
+  for (std::size_t i = 0; i < sizeof key; ++i) key[i] = static_cast<unsigned char>(0x40 + i);
+  WkEncryption::setKey(key, sizeof key);
+  return true;
+}
+
+}  // namespace qvx_tool
