@@ -45,7 +45,9 @@ long Arguments::number(std::string const& option, long fallback) const {
 }
 
 void Arguments::expectPositional(std::size_t count, std::string const& usage) const {
-  if (positional_.size() != count) throw ToolError(kExitUsage, "usage: " + usage);
+  if (positional_.size() == count) return;
+  std::string firstLine = usage.substr(0, usage.find('\n'));
+  throw ToolError(kExitUsage, "usage: " + firstLine + " (--help tells more)");
 }
 
 }  // namespace qvx_tool

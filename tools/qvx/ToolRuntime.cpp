@@ -7,7 +7,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "examples/catalog/CatalogSeeds.h"
 #include "examples/catalog/CatalogWorkload.h"
+#include "io/ResourceResolver.h"
 #include "icore/runtime/PackageLibraryMap.h"
 #include "icore/runtime/PackageRegistration.h"
 #include "platform/WkEncryption.h"
@@ -40,18 +42,32 @@ std::string catalogLibraryDirectory() {
   return directoryOf(info.dli_fname);
 }
 
+// Sets `variable` to the library directories, separated by `separator`, unless it is set.
+void defaultToLibraryDirectories(const char* variable, char separator, char const* argv0) {
+  const char* configured = std::getenv(variable);
+  if (configured != nullptr && *configured != '\0') return;
+  std::string path = executableDirectory(argv0) + "/../" QVX_TOOL_RELATIVE_LIBDIR;
+  std::string catalogDirectory = catalogLibraryDirectory();
+  if (!catalogDirectory.empty()) path += separator + catalogDirectory;
+  setenv(variable, path.c_str(), 1);
+}
+
+// Seed files are looked for in the directories of QVX_CPP_RESOURCE_PATH.
+IUString resourceDirectory(IUString const& name) {
+  IUString ignored;
+  return com::veltrana::qvx::io::ResourceResolver::getResourcePath(name, ignored);
+}
+
 }  // namespace
 
+// Package maps and seed files ship beside the package libraries. The catalog, which
+// this program links for its demo, makes its seeds in code.
 void ToolRuntime::start(char const* argv0) {
-  const char* variable = runtime::PackageRegistration::PACKAGE_LIBRARY_MAP_PATH_VAR;
-  const char* configured = std::getenv(variable);
-  if (configured == nullptr || *configured == '\0') {
-    std::string path = executableDirectory(argv0) + "/../" QVX_TOOL_RELATIVE_LIBDIR;
-    std::string catalogDirectory = catalogLibraryDirectory();
-    if (!catalogDirectory.empty()) path += ":" + catalogDirectory;
-    setenv(variable, path.c_str(), 1);
-  }
+  defaultToLibraryDirectories(runtime::PackageRegistration::PACKAGE_LIBRARY_MAP_PATH_VAR, ':', argv0);
+  defaultToLibraryDirectories(runtime::PackageRegistration::RESOURCE_PATH_VAR, ';', argv0);
   runtime::PackageRegistration::registerPackageLibraryResolver(&runtime::PackageLibraryMap::resolve);
+  com::veltrana::qvx::io::ResourceResolver::registerQVXResourceResolver(&resourceDirectory);
+  com::example::catalog::CatalogSeeds::registerSeedLoader();
 }
 
 std::string ToolRuntime::mapPath() {

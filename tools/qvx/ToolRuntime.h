@@ -1,7 +1,8 @@
 // What every qvx command needs from the runtime before it touches a model: packages
 // that are not registered are found through the package-library maps, which default to
 // the directory of the installed libraries (or of the catalog library in a build tree)
-// when QVX_PACKAGELIBMAP_FILES_PATH is not set.
+// when QVX_PACKAGELIBMAP_FILES_PATH is not set; seed files are looked for there too,
+// unless QVX_CPP_RESOURCE_PATH is set.
 #pragma once
 #include <string>
 
