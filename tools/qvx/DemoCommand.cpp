@@ -15,6 +15,7 @@
 #include "tools/qvx/Commands.h"
 #include "tools/qvx/GraphSize.h"
 #include "tools/qvx/ModelFile.h"
+#include "tools/qvx/Progress.h"
 #include "tools/qvx/ToolError.h"
 #include "tools/qvx/ToolRuntime.h"
 
@@ -55,7 +56,8 @@ long fileSize(std::string const& path) {
   return stat(path.c_str(), &status) == 0 ? static_cast<long>(status.st_size) : -1;
 }
 
-double secondsOf(std::function<void()> const& step) {
+double secondsOf(char const* name, std::function<void()> const& step) {
+  Progress progress(name);
   auto start = std::chrono::steady_clock::now();
   step();
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -77,15 +79,19 @@ std::string comparisonText(IVector<icore::IObject*> const& original, IVector<ico
 // returns whether the copy is equal.
 bool roundTrip(IVector<icore::IObject*> const& roots, std::size_t objects, std::string const& path,
                FileFormat format, char const* name) {
-  double writeSeconds = secondsOf([&] { ModelFile::save(roots, path, format); });
+  double writeSeconds = secondsOf("writing", [&] { ModelFile::save(roots, path, format); });
   printRow((std::string("write ") + name).c_str(), objects, fileSize(path), writeSeconds, path);
   if (format == FileFormat::kXml && !ModelFile::canReadXml()) {
     std::printf("%-14s %s\n", "read xml", "skipped: this build reads binary streams only");
     return true;
   }
   LoadedModel copy;
-  double readSeconds = secondsOf([&] { ModelFile::load(path, copy); });
-  std::string result = comparisonText(roots, copy.roots());
+  double readSeconds = secondsOf("reading", [&] { ModelFile::load(path, copy); });
+  std::string result;
+  {
+    Progress progress("comparing");
+    result = comparisonText(roots, copy.roots());
+  }
   printRow((std::string("read ") + name).c_str(), GraphSize::count(copy.roots()), fileSize(path), readSeconds,
            result);
   return result == "equal";
@@ -111,7 +117,7 @@ int runDemo(Words const& words) {
   std::printf("%-14s %9s %11s %10s %12s  %s\n", "step", "objects", "bytes", "time ms", "objects/s", "result");
 
   std::unique_ptr<catalog::Catalog> original;
-  double buildSeconds = secondsOf([&] { original.reset(catalog::buildCatalog(size)); });
+  double buildSeconds = secondsOf("building", [&] { original.reset(catalog::buildCatalog(size)); });
   IVector<icore::IObject*> roots;
   roots.append(original.get());
   std::size_t objects = GraphSize::count(roots);

@@ -5,6 +5,7 @@
 #include "tools/qvx/Arguments.h"
 #include "tools/qvx/Commands.h"
 #include "tools/qvx/ModelFile.h"
+#include "tools/qvx/Progress.h"
 #include "tools/qvx/ToolError.h"
 
 namespace qvx_tool {
@@ -35,8 +36,11 @@ int runDiff(Words const& words) {
   icore::ObjectGraphComparator::Options options;
   options.ignoreIdentities = arguments.has("ignore-identities");
   options.reportAllDifferences = true;
-  icore::ObjectGraphComparator::ComparisonResult result =
-      icore::ObjectGraphComparator::compare(left.roots(), right.roots(), options);
+  icore::ObjectGraphComparator::ComparisonResult result;
+  {
+    Progress progress("comparing");
+    result = icore::ObjectGraphComparator::compare(left.roots(), right.roots(), options);
+  }
   for (std::size_t i = 0; i < result.differences.size(); ++i) std::puts(result.differences[i].toUtf8().c_str());
   return result.equal ? kExitSuccess : kExitDifferent;
 }

@@ -61,6 +61,8 @@ class DumpSink {
   // A top-level primitive item ("int", "string", ...) or list of them ("int[]", ...).
   virtual void primitiveItem(std::int64_t offset, std::string const& kind, std::vector<DumpValue> const& values) = 0;
   virtual void streamEnd(std::int64_t offset) = 0;
+  // The data ends after a complete item, without the end marker (which writers may omit).
+  virtual void dataEnd(std::int64_t offset) = 0;
   // Printing stopped at a limit; the stream goes on beyond it.
   virtual void truncatedOutput(std::string const& why) = 0;
   virtual void fault(std::int64_t offset, std::string const& message) = 0;

@@ -28,6 +28,8 @@ class JsonDumpSink : public DumpSink {
   void endList() override;
   void primitiveItem(std::int64_t offset, std::string const& kind, std::vector<DumpValue> const& values) override;
   void streamEnd(std::int64_t offset) override;
+  // "end" stays null: the data has no end marker.
+  void dataEnd(std::int64_t) override {}
   void truncatedOutput(std::string const& why) override;
   void fault(std::int64_t offset, std::string const& message) override;
   void finish() override;

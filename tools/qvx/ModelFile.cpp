@@ -14,6 +14,7 @@
 #include "io/XMLSerializer.h"
 #include "platform/StdOutputStream.h"
 #include "tools/qvx/ErrorText.h"
+#include "tools/qvx/Progress.h"
 #include "tools/qvx/ToolError.h"
 #if __has_include("io/XMLDeserializer.h")
 #include "io/XMLDeserializer.h"
@@ -113,6 +114,7 @@ FileFormat ModelFile::formatOfContent(std::string const& path) {
 void ModelFile::load(std::string const& path, LoadedModel& into) {
   FileFormat format = formatOfContent(path);
   std::ifstream input(path, std::ios::binary);
+  Progress progress("reading " + path);
   try {
     if (format == FileFormat::kBinary) {
       readBinary(input, into);
@@ -129,6 +131,7 @@ void ModelFile::load(std::string const& path, LoadedModel& into) {
 void ModelFile::save(IVector<icore::IObject*> const& roots, std::string const& path, FileFormat format) {
   std::ofstream output(path, std::ios::binary | std::ios::trunc);
   if (!output) failOn(path, "cannot create the file");
+  Progress progress("writing " + path);
   try {
     if (format == FileFormat::kBinary) {
       io::QVXBinaryOutputStream stream(&output, nullptr, nullptr);

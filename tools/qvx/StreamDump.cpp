@@ -93,7 +93,10 @@ void StreamDump::walk() {
   readHeader();
   while (!ended_ && !stopped_) {
     if (frames_.empty()) {
-      if (atEndOfInput()) return;
+      if (atEndOfInput()) {
+        sink_.dataEnd(reader_->getOffset());
+        return;
+      }
       readTopItem();
     } else {
       step(frames_.back());
@@ -216,7 +219,7 @@ void StreamDump::readObjectRecord(char marker, long depth) {
     const char form = reader_->readByte();
     if (form == io::TC_CLASSDESC || form == io::TC_CLASSDESC_REFERENCE) {
       Descriptor const& descriptor =
-          form == io::TC_CLASSDESC ? readDescriptorChain() : descriptorFor(reader_->readInt());
+          form == io::TC_CLASSDESC ? readDescriptorChain(visible) : descriptorFor(reader_->readInt());
       readConcreteObject(object, descriptor, depth);
       return;
     }
@@ -362,7 +365,7 @@ StreamDump::Descriptor const& StreamDump::descriptorFor(int handle) {
 
 // A descriptor and the chain of super class descriptors written inside it, read with
 // a loop: the descriptors waiting for their super class wait on a stack.
-StreamDump::Descriptor const& StreamDump::readDescriptorChain() {
+StreamDump::Descriptor const& StreamDump::readDescriptorChain(bool report) {
   struct Waiting {
     std::unique_ptr<Descriptor> descriptor;
     DumpDescriptor reported;
@@ -409,7 +412,7 @@ StreamDump::Descriptor const& StreamDump::readDescriptorChain() {
     readDeclaredEntries(*current.descriptor, current.reported, current.declaredCount);
     const int handle = current.reported.handle;
     if (descriptors_.count(handle) != 0) fail("handle " + std::to_string(handle) + " is given twice");
-    sink_.descriptor(current.reported);
+    if (report) sink_.descriptor(current.reported);
     super = current.descriptor.get();
     descriptors_[handle] = std::move(current.descriptor);
   }

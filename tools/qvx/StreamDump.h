@@ -77,7 +77,8 @@ class StreamDump {
   void readObjectRecord(char marker, long depth);
   void readConcreteObject(DumpObject& object, Descriptor const& descriptor, long depth);
   void readAnnotations();
-  Descriptor const& readDescriptorChain();
+  // Reports the descriptors read when `report` (they belong to a printed object).
+  Descriptor const& readDescriptorChain(bool report);
   void readDeclaredEntries(Descriptor& descriptor, DumpDescriptor& reported, int count);
   Descriptor const& descriptorFor(int handle);
   std::vector<DumpValue> readPrimitiveList(char listMarker);

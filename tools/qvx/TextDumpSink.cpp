@@ -118,6 +118,12 @@ void TextDumpSink::streamEnd(std::int64_t offset) {
   std::fprintf(out_, "end of stream%s\n", at(offset).c_str());
 }
 
+void TextDumpSink::dataEnd(std::int64_t offset) {
+  indent_ = 0;
+  startLine();
+  std::fprintf(out_, "end of data, without end marker%s\n", at(offset).c_str());
+}
+
 void TextDumpSink::truncatedOutput(std::string const& why) {
   indent_ = 0;
   startLine();

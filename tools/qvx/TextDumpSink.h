@@ -21,6 +21,7 @@ class TextDumpSink : public DumpSink {
   void endList() override { --indent_; }
   void primitiveItem(std::int64_t offset, std::string const& kind, std::vector<DumpValue> const& values) override;
   void streamEnd(std::int64_t offset) override;
+  void dataEnd(std::int64_t offset) override;
   void truncatedOutput(std::string const& why) override;
   void fault(std::int64_t offset, std::string const& message) override;
   void finish() override { closeLine(); }
