@@ -300,6 +300,20 @@ TEST_F(QvxToolTest, DiffIgnoresIdentitiesOnRequestOnly) {
   EXPECT_EQ(lenient.status, kSuccess) << lenient.out;
 }
 
+TEST_F(QvxToolTest, TwoDemoRunsDifferOnlyInIdentitiesAndTheirPasswordsCompareInClear) {
+  ASSERT_EQ(run({"demo", "--out", path("second")}).status, kSuccess);
+  std::string second = path("second") + "/catalog.qvx";
+  ToolResult strict = run({"diff", demoStream(), second});
+  EXPECT_EQ(strict.status, kFailedCheck);
+  std::vector<std::string> lines = linesOf(strict.out);
+  EXPECT_GE(lines.size(), 100U);  // at least every column has its own identity
+  for (std::string const& line : lines) EXPECT_NE(line.find(": identity uuidV1:"), std::string::npos) << line;
+  EXPECT_EQ(lines[0].rfind("catalog: identity ", 0), 0U) << lines[0];
+  ToolResult lenient = run({"diff", "--ignore-identities", demoStream(), second});
+  EXPECT_EQ(lenient.status, kSuccess) << lenient.out << lenient.err;
+  EXPECT_EQ(lenient.out, "");
+}
+
 TEST_F(QvxToolTest, DescribeShowsAClassWithItsPropertiesAndAPackageWithItsClasses) {
   ToolResult table = run({"describe", "com.example.catalog.Table"});
   ASSERT_EQ(table.status, kSuccess) << table.err;

@@ -7,6 +7,7 @@
 #include "tools/qvx/ModelFile.h"
 #include "tools/qvx/Progress.h"
 #include "tools/qvx/ToolError.h"
+#include "tools/qvx/ToolRuntime.h"
 
 namespace qvx_tool {
 
@@ -17,7 +18,9 @@ namespace {
 char const* const kDiffUsage =
     "qvx diff A B [--ignore-identities]\n"
     "  Loads two model files (either form, mixed) and prints every difference as a path\n"
-    "  from the root; prints nothing and exits 0 when they are equal, exits 1 otherwise.\n";
+    "  from the root; prints nothing and exits 0 when they are equal, exits 1 otherwise.\n"
+    "  Encrypted values that differ are compared in clear; with no key configured\n"
+    "  (QVX_ENCRYPTION_KEY_FILE), the demo's key is used, so demo files compare.\n";
 
 }  // namespace
 
@@ -28,6 +31,7 @@ int runDiff(Words const& words) {
     return kExitSuccess;
   }
   arguments.expectPositional(2, kDiffUsage);
+  ToolRuntime::useDemoKeyUnlessConfigured();
   LoadedModel left;
   ModelFile::load(arguments.positional()[0], left);
   LoadedModel right;
