@@ -1,6 +1,7 @@
 #include "tools/qvx/Arguments.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 
 #include "tools/qvx/ToolError.h"
@@ -25,6 +26,12 @@ Arguments::Arguments(std::vector<std::string> const& words, std::set<std::string
       throw ToolError(kExitUsage, "unknown option " + word);
     }
   }
+}
+
+bool Arguments::answeredHelp(char const* usage) const {
+  if (!has("help")) return false;
+  std::fputs(usage, stdout);
+  return true;
 }
 
 std::string Arguments::value(std::string const& option, std::string const& fallback) const {

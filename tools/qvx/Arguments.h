@@ -14,7 +14,8 @@ class Arguments {
   Arguments(std::vector<std::string> const& words, std::set<std::string> const& valueOptions,
             std::set<std::string> const& flagOptions);
 
-  bool wantsHelp() const { return has("help"); }
+  // With --help: prints `usage` on standard output and returns true.
+  bool answeredHelp(char const* usage) const;
   bool has(std::string const& option) const { return options_.count(option) != 0; }
   std::string value(std::string const& option, std::string const& fallback) const;
   // A non-negative whole number, or `fallback` when the option is absent.

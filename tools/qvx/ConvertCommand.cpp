@@ -20,10 +20,7 @@ char const* const kConvertUsage =
 
 int runConvert(Words const& words) {
   Arguments arguments(words, {"to"}, {});
-  if (arguments.wantsHelp()) {
-    std::fputs(kConvertUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kConvertUsage)) return kExitSuccess;
   arguments.expectPositional(2, kConvertUsage);
   std::string const& input = arguments.positional()[0];
   std::string const& output = arguments.positional()[1];

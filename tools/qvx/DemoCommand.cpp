@@ -101,10 +101,7 @@ bool roundTrip(IVector<icore::IObject*> const& roots, std::size_t objects, std::
 
 int runDemo(Words const& words) {
   Arguments arguments(words, {"size", "out"}, {});
-  if (arguments.wantsHelp()) {
-    std::fputs(kDemoUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kDemoUsage)) return kExitSuccess;
   arguments.expectPositional(0, kDemoUsage);
   catalog::CatalogWorkloadSize size = sizeNamed(arguments.value("size", "small"));
   std::string directory = outputDirectory(arguments);

@@ -105,10 +105,7 @@ void describePackage(icore::IPackage const& package) {
 
 int runDescribe(Words const& words) {
   Arguments arguments(words, {}, {});
-  if (arguments.wantsHelp()) {
-    std::fputs(kDescribeUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kDescribeUsage)) return kExitSuccess;
   arguments.expectPositional(1, kDescribeUsage);
   std::string const& name = arguments.positional()[0];
   if (icore::IPackage* package = findPackage(name)) {

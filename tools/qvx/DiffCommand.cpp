@@ -26,10 +26,7 @@ char const* const kDiffUsage =
 
 int runDiff(Words const& words) {
   Arguments arguments(words, {}, {"ignore-identities"});
-  if (arguments.wantsHelp()) {
-    std::fputs(kDiffUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kDiffUsage)) return kExitSuccess;
   arguments.expectPositional(2, kDiffUsage);
   ToolRuntime::useDemoKeyUnlessConfigured();
   LoadedModel left;

@@ -28,10 +28,7 @@ char const* const kDumpUsage =
 
 int runDump(Words const& words) {
   Arguments arguments(words, {"depth", "max-objects"}, {"json"});
-  if (arguments.wantsHelp()) {
-    std::fputs(kDumpUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kDumpUsage)) return kExitSuccess;
   arguments.expectPositional(1, kDumpUsage);
   std::string const& path = arguments.positional()[0];
   if (ModelFile::formatOfContent(path) != FileFormat::kBinary) {

@@ -41,10 +41,7 @@ std::string versionOfMapped(IUString const& packageName) {
 
 int runPackages(Words const& words) {
   Arguments arguments(words, {}, {});
-  if (arguments.wantsHelp()) {
-    std::fputs(kPackagesUsage, stdout);
-    return kExitSuccess;
-  }
+  if (arguments.answeredHelp(kPackagesUsage)) return kExitSuccess;
   arguments.expectPositional(0, kPackagesUsage);
 
   std::vector<IUString> problems;
