@@ -7,6 +7,7 @@
 #include "tools/qvx/Commands.h"
 #include "tools/qvx/JsonDumpSink.h"
 #include "tools/qvx/ModelFile.h"
+#include "tools/qvx/Progress.h"
 #include "tools/qvx/StreamDump.h"
 #include "tools/qvx/TextDumpSink.h"
 #include "tools/qvx/ToolError.h"
@@ -43,7 +44,12 @@ int runDump(Words const& words) {
   JsonDumpSink json(stdout);
   DumpSink& sink = arguments.has("json") ? static_cast<DumpSink&>(json) : text;
   StreamDump dump(input, sink, limits);
-  if (dump.run()) return kExitSuccess;
+  bool clean = false;
+  {
+    Progress progress("decoding " + path);
+    clean = dump.run();
+  }
+  if (clean) return kExitSuccess;
   throw ToolError(kExitDifferent, path + ": byte offset " + std::to_string(dump.faultOffset()) + ": " +
                                       dump.faultMessage());
 }

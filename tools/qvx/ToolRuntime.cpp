@@ -25,6 +25,12 @@ std::string directoryOf(std::string const& path) {
   return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
 }
 
+// The path without "..", links or repeated slashes, or as given when it does not exist.
+std::string canonical(std::string const& path) {
+  char resolved[PATH_MAX];
+  return !path.empty() && realpath(path.c_str(), resolved) != nullptr ? std::string(resolved) : path;
+}
+
 std::string executableDirectory(char const* argv0) {
   char resolved[PATH_MAX];
   ssize_t length = readlink("/proc/self/exe", resolved, sizeof resolved - 1);
@@ -46,9 +52,9 @@ std::string catalogLibraryDirectory() {
 void defaultToLibraryDirectories(const char* variable, char separator, char const* argv0) {
   const char* configured = std::getenv(variable);
   if (configured != nullptr && *configured != '\0') return;
-  std::string path = executableDirectory(argv0) + "/../" QVX_TOOL_RELATIVE_LIBDIR;
-  std::string catalogDirectory = catalogLibraryDirectory();
-  if (!catalogDirectory.empty()) path += separator + catalogDirectory;
+  std::string path = canonical(executableDirectory(argv0) + "/../" QVX_TOOL_RELATIVE_LIBDIR);
+  std::string catalogDirectory = canonical(catalogLibraryDirectory());
+  if (!catalogDirectory.empty() && catalogDirectory != path) path += separator + catalogDirectory;
   setenv(variable, path.c_str(), 1);
 }
 
