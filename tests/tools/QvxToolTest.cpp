@@ -239,6 +239,34 @@ TEST_F(QvxToolTest, DumpOfAVeryDeepChainNeitherRecursesNorPrintsBelowTheDepth) {
   EXPECT_EQ(countMatches(result.out, "next = \\.\\.\\."), 1U);
 }
 
+TEST_F(QvxToolTest, ProgressShowsOnATerminalOnlyNeverInAPipe) {
+  // The deep chain keeps the dump busy long enough for progress shown at once.
+  StreamBytes b;
+  b.header();
+  b.marker(0x03).marker(0x04).i32(0).text("p.Node").text("1").i16(1).marker(0x12);
+  b.marker(0x13).text("p.Node").text("next");
+  for (int i = 0; i < 300000; ++i) {
+    if (i > 0) b.marker(0x03).marker(0x02).i32(0);
+    b.marker(0x35).i32(i + 1).marker(0x12).marker(0x12).marker(0x12).marker(0x13);
+  }
+  b.marker(0x11).i32(1);
+  writeWholeFile(path("busy.qvx"), b.bytes());
+  setenv("QVX_PROGRESS_AFTER_MS", "0", 1);
+  ToolResult piped = run({"dump", "--depth", "0", path("busy.qvx")});
+  EXPECT_EQ(piped.status, kSuccess);
+  EXPECT_EQ(piped.err, "");
+  if (std::system("command -v script >/dev/null") == 0) {
+    // script(1) gives the tool a terminal; what the terminal showed lands in the log.
+    std::string command = "script -qec " +
+                          shellQuoted(shellQuoted(QVX_TOOL_PATH) + " dump --depth 0 " + shellQuoted(path("busy.qvx")) +
+                                      " >/dev/null") +
+                          " " + shellQuoted(path("terminal.log")) + " >/dev/null 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    EXPECT_NE(readWholeFile(path("terminal.log")).find("decoding " + path("busy.qvx") + " ... "), std::string::npos);
+  }
+  unsetenv("QVX_PROGRESS_AFTER_MS");
+}
+
 TEST_F(QvxToolTest, DumpRejectsHostileCountsWithoutAllocatingThem) {
   StreamBytes hugeList;
   hugeList.header().marker(0x1C).i32(0x7FFFFFFF).marker(0x10);

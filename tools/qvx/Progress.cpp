@@ -4,13 +4,20 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 namespace qvx_tool {
 
 namespace {
 
-constexpr std::chrono::milliseconds kQuietTime{1000};
 constexpr std::chrono::milliseconds kRedrawInterval{500};
+
+// How long a step runs before its progress shows: a second, or QVX_PROGRESS_AFTER_MS.
+std::chrono::milliseconds quietTime() {
+  const char* setting = std::getenv("QVX_PROGRESS_AFTER_MS");
+  if (setting == nullptr || *setting == '\0') return std::chrono::milliseconds(1000);
+  return std::chrono::milliseconds(std::strtol(setting, nullptr, 10));
+}
 
 }  // namespace
 
@@ -32,7 +39,7 @@ Progress::~Progress() {
 void Progress::run() {
   auto const start = std::chrono::steady_clock::now();
   std::unique_lock<std::mutex> lock(mutex_);
-  if (wake_.wait_for(lock, kQuietTime, [this] { return done_; })) return;
+  if (wake_.wait_for(lock, quietTime(), [this] { return done_; })) return;
   do {
     double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::fprintf(stderr, "\r%s ... %.1f s", step_.c_str(), seconds);

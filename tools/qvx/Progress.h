@@ -1,6 +1,7 @@
 // A progress line on standard error for work that runs longer than a second: the step's
 // name and the time spent so far, redrawn twice a second and erased when the step ends.
-// Shown only when standard error is a terminal, never in a pipe or a file.
+// Shown only when standard error is a terminal, never in a pipe or a file. The
+// environment variable QVX_PROGRESS_AFTER_MS changes the second to another wait.
 #pragma once
 #include <condition_variable>
 #include <mutex>
