@@ -281,6 +281,30 @@ TEST_F(QvxToolTest, DumpRejectsHostileCountsWithoutAllocatingThem) {
   EXPECT_EQ(run({"dump", path("negative.qvx")}).status, kFailedCheck);
 }
 
+TEST_F(QvxToolTest, AnUnknownSeedIsAnInputError) {
+  std::string file = patchedDemoStream("seed.qvx", "types.VARCHAR", "types.VARCHAX");
+  expectInputError(run({"convert", file, path("seed.xml")}), "seed.qvx");
+  EXPECT_EQ(run({"dump", file}).status, kSuccess);  // the stream itself is well formed
+}
+
+TEST_F(QvxToolTest, MutatedStreamsGiveAStatusAndOneLineNeverACrash) {
+  std::string original = readWholeFile(demoStream());
+  std::uint32_t random = 12345;
+  auto next = [&random] { return random = random * 1103515245U + 12345U; };
+  for (int mutant = 0; mutant < 25; ++mutant) {
+    std::string bytes = original;
+    for (int flips = 1 + next() % 4; flips > 0; --flips) bytes[next() % bytes.size()] = static_cast<char>(next() >> 16);
+    if (mutant % 3 == 0) bytes.resize(next() % bytes.size());
+    writeWholeFile(path("mutant.qvx"), bytes);
+    ToolResult dump = run({"dump", path("mutant.qvx")});
+    EXPECT_TRUE(dump.status == kSuccess || dump.status == kFailedCheck || dump.status == kInputError) << mutant;
+    EXPECT_LE(linesOf(dump.err).size(), 1U) << mutant << ": " << dump.err;
+    ToolResult convert = run({"convert", path("mutant.qvx"), path("mutant.xml")});
+    EXPECT_TRUE(convert.status == kSuccess || convert.status == kInputError) << mutant << ": " << convert.err;
+    EXPECT_LE(linesOf(convert.err).size(), 1U) << mutant << ": " << convert.err;
+  }
+}
+
 TEST_F(QvxToolTest, BinaryConvertRoundTripIsByteIdenticalAndDiffsEqual) {
   ToolResult convert = run({"convert", demoStream(), path("copy.bin"), "--to", "binary"});
   ASSERT_EQ(convert.status, kSuccess) << convert.err;

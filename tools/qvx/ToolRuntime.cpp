@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <string>
@@ -58,10 +59,21 @@ void defaultToLibraryDirectories(const char* variable, char separator, char cons
   setenv(variable, path.c_str(), 1);
 }
 
-// Seed files are looked for in the directories of QVX_CPP_RESOURCE_PATH.
+// The resource resolver: the first directory of QVX_CPP_RESOURCE_PATH (separated by
+// ";") that holds `name`, or an empty name.
 IUString resourceDirectory(IUString const& name) {
-  IUString ignored;
-  return com::veltrana::qvx::io::ResourceResolver::getResourcePath(name, ignored);
+  const char* list = std::getenv(runtime::PackageRegistration::RESOURCE_PATH_VAR);
+  std::string directories = list == nullptr ? "" : list;
+  std::string::size_type start = 0;
+  while (start <= directories.size()) {
+    std::string::size_type end = std::min(directories.find(';', start), directories.size());
+    std::string directory = directories.substr(start, end - start);
+    if (!directory.empty() && access((directory + "/" + name.toUtf8()).c_str(), R_OK) == 0) {
+      return IUString::fromUtf8(directory);
+    }
+    start = end + 1;
+  }
+  return IUString();
 }
 
 }  // namespace
