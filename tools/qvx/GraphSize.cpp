@@ -15,8 +15,8 @@ namespace icore = com::veltrana::qvx::icore;
 
 namespace {
 
-void pushContained(icore::IObject* object, std::vector<icore::IObject*>& pending) {
-  icore::IObjectInfo* info = icore::QVXRuntime::getInstance()->getIObjectInfo(object);
+void pushContained(icore::IObject const* object, std::vector<icore::IObject const*>& pending) {
+  icore::IObjectInfo const* info = icore::QVXRuntime::getInstance()->getIObjectInfo(object);
   if (info == nullptr || info->isProxy()) return;
   IVector<icore::IProperty*> const& properties = info->getIClass()->getAllProperties(IFALSE);
   for (std::size_t i = 0; i < properties.size(); ++i) {
@@ -25,7 +25,7 @@ void pushContained(icore::IObject* object, std::vector<icore::IObject*>& pending
     void const* value = info->get(property, IFALSE);
     if (value == nullptr) continue;
     if (!property.isCollection()) {
-      pending.push_back(const_cast<icore::IObject*>(static_cast<icore::IObject const*>(value)));
+      pending.push_back(static_cast<icore::IObject const*>(value));
       continue;
     }
     auto const* items = static_cast<IVector<icore::IObject*> const*>(value);
@@ -36,11 +36,11 @@ void pushContained(icore::IObject* object, std::vector<icore::IObject*>& pending
 }  // namespace
 
 std::size_t GraphSize::count(IVector<icore::IObject*> const& roots) {
-  std::vector<icore::IObject*> pending;
+  std::vector<icore::IObject const*> pending;
   for (std::size_t i = 0; i < roots.size(); ++i) pending.push_back(roots[i]);
   std::size_t objects = 0;
   while (!pending.empty()) {
-    icore::IObject* object = pending.back();
+    icore::IObject const* object = pending.back();
     pending.pop_back();
     if (object == nullptr) continue;
     ++objects;
