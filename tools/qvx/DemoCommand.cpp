@@ -122,6 +122,10 @@ int runDemo(Words const& words) {
 
   bool binaryEqual = roundTrip(roots, objects, directory + "/catalog.qvx", FileFormat::kBinary, "binary");
   bool xmlEqual = roundTrip(roots, objects, directory + "/catalog.xml", FileFormat::kXml, "xml");
+  if (!xmlEqual) {
+    std::puts("note: the XML document keeps doubles to 15 significant digits, so a double that "
+              "needs more comes back rounded");
+  }
   std::printf("\nTry next:\n  qvx dump %s/catalog.qvx | head -40\n  qvx diff %s/catalog.qvx %s/catalog.xml\n",
               directory.c_str(), directory.c_str(), directory.c_str());
   return binaryEqual && xmlEqual ? kExitSuccess : kExitDifferent;

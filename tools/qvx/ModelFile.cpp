@@ -76,10 +76,14 @@ void readBinary(std::istream& input, LoadedModel& into) {
 #ifdef QVX_TOOL_HAS_XML_READER
 void readXml(std::istream& input, LoadedModel& into) {
   io::XMLDeserializer reader(&input, nullptr);
-  IVector<icore::IObject*>* result = reader.deserialize();
-  for (std::size_t i = 0; i < result->size(); ++i) into.addRoot((*result)[i]);
-  delete result;
-  for (icore::IObject* object : reader.takeUnreturnedObjects()) into.adopt(object);
+  // The parser's exceptions need the XML environment, which lives as long as the reader.
+  try {
+    std::unique_ptr<IVector<icore::IObject*>> result(reader.deserialize());
+    for (std::size_t i = 0; i < result->size(); ++i) into.addRoot((*result)[i]);
+    for (icore::IObject* object : reader.takeUnreturnedObjects()) into.adopt(object);
+  } catch (...) {
+    throw ToolError(kExitUsage, currentExceptionText());
+  }
 }
 #else
 void readXml(std::istream&, LoadedModel&) {
