@@ -132,6 +132,37 @@ TEST_F(QvxToolTest, DumpOfAKnownStreamShowsEveryRecordWithItsOffset) {
   EXPECT_EQ(result.out, expected);
 }
 
+TEST_F(QvxToolTest, DumpShowsListsNullsProxiesEnumerationsAndPrimitiveItems) {
+  StreamBytes b;
+  b.header();
+  const std::size_t list = b.size();
+  b.marker(0x1C).i32(3).marker(0x10);
+  const std::size_t object = b.size();
+  b.marker(0x03).marker(0x04).i32(0).text("p.A").text("1").i16(1).marker(0x12).marker(0x14).text("p.Color").text("color");
+  b.marker(0x35).i32(1).marker(0x12).marker(0x12).marker(0x12).marker(0x14).text("RED");
+  const std::size_t proxy = b.size();
+  b.marker(0x03).marker(0x15).i32(2).text("p.A").text("id-9").marker(0x12).marker(0x12);
+  const std::size_t boxed = b.size();
+  b.marker(0x2F).i32(9);
+  const std::size_t text = b.size();
+  b.marker(0x0D).text("he said \"hi\"\n");
+  writeWholeFile(path("list.qvx"), b.bytes());
+  ToolResult result = run({"dump", path("list.qvx")});
+  ASSERT_EQ(result.status, kSuccess) << result.err;
+  auto at = [](std::size_t offset) { return "  @" + std::to_string(offset); };
+  EXPECT_EQ(result.out, "header: format version \"14.0.0\"  @0\n"
+                        "list of 3 objects" + at(list) + "\n"
+                        "  null" + at(list + 5) + "\n"
+                        "  class descriptor #0 p.A, package version 1, no super class" + at(object + 1) + "\n"
+                        "    color: enum p.Color\n"
+                        "  object #1 p.A (descriptor #0)" + at(object) + "\n"
+                        "    color = \"RED\"\n"
+                        "  proxy #2 p.A identity \"id-9\"" + at(proxy) + "\n"
+                        "boxed int: 9" + at(boxed) + "\n"
+                        "string: \"he said \\\"hi\\\"\\u000a\"" + at(text) + "\n"
+                        "end of data, without end marker" + at(b.size()) + "\n");
+}
+
 TEST_F(QvxToolTest, JsonDumpOfAKnownStreamHasTheSameContent) {
   KnownStream stream = knownStream();
   writeWholeFile(path("known.qvx"), stream.bytes.bytes());
