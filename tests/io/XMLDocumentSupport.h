@@ -1,0 +1,77 @@
+// Helpers of the XML reader tests: a document around some elements with the usual root
+// declarations for the test package "com.example.test.shapes", reading a document from
+// text, and freeing what a read returned.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "io/XMLDeserializer.h"
+#include "io/exception/IOException.h"
+#include "io/exception/SerializationException.h"
+#include "tests/support/TestPackageAccess.h"
+#include "tests/support/ThrownMessage.h"
+
+// Messages print as text in failed comparisons.
+inline void PrintTo(const IUString& text, std::ostream* out) { *out << '"' << text.toUtf8() << '"'; }
+
+namespace xml_test {
+
+namespace icore = com::veltrana::qvx::icore;
+namespace io = com::veltrana::qvx::io;
+using io::XMLDeserializer;
+using io::exception::IOException;
+using io::exception::SerializationException;
+
+constexpr const char* kHeader = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- Veltrana proprietary -->\n";
+
+// The root's attributes with a given spec version and shapes package version; either
+// may be null to leave the attribute out.
+inline std::string rootOpen(const char* specVersion = "14.0", const char* shapesVersion = "1.0.0") {
+  std::string root =
+      "<ozl:OZL xmlns:ozl=\"http://www.veltrana.com/qvx/OZL\" "
+      "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:shp=\"http://com.example.test.shapes/1\"";
+  if (specVersion != nullptr) root += std::string(" serializationSpecVersion=\"") + specVersion + "\"";
+  if (shapesVersion != nullptr) root += std::string(" versionshp=\"") + shapesVersion + "\"";
+  return root + ">\n";
+}
+
+inline std::string document(const std::string& body, const std::string& root = rootOpen()) {
+  return kHeader + root + body + "</ozl:OZL>\n";
+}
+
+// One read of `text`; the result and the objects left outside it.
+struct Read {
+  IVector<icore::IObject*>* objects = nullptr;
+  std::vector<icore::IObject*> unreturned;
+
+  Read() = default;
+  Read(const Read&) = delete;
+  Read& operator=(const Read&) = delete;
+  ~Read() {
+    XMLDeserializer::destroyDeserializedObjects(objects);
+    for (icore::IObject* object : unreturned) delete object;
+  }
+  icore::IObject* operator[](std::size_t index) const { return (*objects)[index]; }
+};
+
+inline void read(Read& into, const std::string& text, int options = 0) {
+  std::istringstream input(text);
+  XMLDeserializer reader(&input, nullptr);
+  into.objects = reader.deserialize(options);
+  into.unreturned = reader.takeUnreturnedObjects();
+}
+
+// The message of the exception of type E that reading `text` throws.
+template <typename E>
+IUString failureOf(const std::string& text, int options = 0) {
+  return qvx_test::messageOf<E>([&] {
+    Read result;
+    read(result, text, options);
+  });
+}
+
+}  // namespace xml_test
