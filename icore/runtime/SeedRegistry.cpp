@@ -181,7 +181,17 @@ void SeedRegistry::registerAllSeedObjects(IUString const& id) {
   } done{filesBeingRead};
   io::XMLDeserializer reader(&input, nullptr);
   std::unique_ptr<IVector<IObject*>> objects(reader.deserialize());
-  for (IObject* object : *objects) registerSeedObject(object);
+  QVXRuntime* runtime = QVXRuntime::getInstance();
+  for (IObject* object : *objects) {
+    // A file read again after a miss brings objects that are registered already: the
+    // registered ones stay (callers may hold them) and the new copies go.
+    auto const* seedIdentity = dynamic_cast<SeedIdentity const*>(runtime->getIObjectInfo(object)->getIdentity());
+    if (seedIdentity != nullptr && registry_.count(seedIdentity->getIdString()) != 0) {
+      delete object;
+      continue;
+    }
+    registerSeedObject(object);
+  }
 }
 
 void SeedRegistry::addObjectInRegistry(IUString id, IObject* object) {
