@@ -59,6 +59,7 @@ struct Read {
 };
 
 inline void read(Read& into, const std::string& text, int options = 0) {
+  shapes_test::loadShapesPackage();
   std::istringstream input(text);
   XMLDeserializer reader(&input, nullptr);
   into.objects = reader.deserialize(options);
