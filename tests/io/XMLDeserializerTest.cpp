@@ -10,7 +10,6 @@
 #include "icore/primitives/IString.h"
 #include "platform/WkDate.h"
 #include "tests/io/XMLDocumentSupport.h"
-#include "utils/ILogger.h"
 
 namespace {
 
@@ -195,16 +194,6 @@ TEST(XMLDeserializerTest, ObjectsWithoutIdentityAreReadButNotReturned) {
   EXPECT_FALSE(XMLDeserializer::isBoxedPrimitiveType("primitives:IObject"));
   EXPECT_FALSE(XMLDeserializer::isBoxedPrimitiveType("primitive:IString"));
 }
-
-// Collects the lines a reader logs.
-class CollectingLogger : public com::veltrana::qvx::utils::ILogger {
- public:
-  CollectingLogger() : ILogger(PROGRESS_LEVEL) {}
-  void logMessage(const WkDate*, MsgLevel, const IUString& text, int, const IUString&) override {
-    lines += text.toUtf8() + "\n";
-  }
-  std::string lines;
-};
 
 TEST(XMLDeserializerTest, OptionsAreNamedInTheLogAndAMissingStreamIsRefused) {
   CollectingLogger logger;

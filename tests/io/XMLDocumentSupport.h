@@ -14,6 +14,7 @@
 #include "io/exception/SerializationException.h"
 #include "tests/support/TestPackageAccess.h"
 #include "tests/support/ThrownMessage.h"
+#include "utils/ILogger.h"
 
 // Messages print as text in failed comparisons.
 inline void PrintTo(const IUString& text, std::ostream* out) { *out << '"' << text.toUtf8() << '"'; }
@@ -43,6 +44,16 @@ inline std::string document(const std::string& body, const std::string& root = r
   return kHeader + root + body + "</ozl:OZL>\n";
 }
 
+// Collects the lines a reader logs.
+class CollectingLogger : public com::veltrana::qvx::utils::ILogger {
+ public:
+  CollectingLogger() : ILogger(PROGRESS_LEVEL) {}
+  void logMessage(const WkDate*, MsgLevel, const IUString& text, int, const IUString&) override {
+    lines += text.toUtf8() + "\n";
+  }
+  std::string lines;
+};
+
 // One read of `text`; the result and the objects left outside it.
 struct Read {
   IVector<icore::IObject*>* objects = nullptr;
@@ -58,10 +69,11 @@ struct Read {
   icore::IObject* operator[](std::size_t index) const { return (*objects)[index]; }
 };
 
-inline void read(Read& into, const std::string& text, int options = 0) {
+inline void read(Read& into, const std::string& text, int options = 0,
+                 com::veltrana::qvx::utils::ILogger* logger = nullptr) {
   shapes_test::loadShapesPackage();
   std::istringstream input(text);
-  XMLDeserializer reader(&input, nullptr);
+  XMLDeserializer reader(&input, logger);
   into.objects = reader.deserialize(options);
   into.unreturned = reader.takeUnreturnedObjects();
 }
