@@ -409,7 +409,7 @@ void DeserializationHandler::readReferenceElement(std::u16string_view qName, std
   PropertySlot const& slot = containmentSlotFor(parent, qName);
   auto known = objectsById_.find(std::u16string(targetId));
   if (known != objectsById_.end()) {
-    attach(parent.object, slot, known->second, UnresolvedRef::kAppend);
+    attach(parent.object, slot, known->second, UnresolvedRef::kAppend, false);
   } else if (slot.kind == SlotKind::kMultiContainment) {
     // Reserve the item's place so that the collection keeps the document's order.
     auto const* items = static_cast<IVector<IObject*> const*>(infoOf(parent.object).get(*slot.property, IFALSE));
@@ -732,7 +732,7 @@ DeserializationHandler::PropertySlot const& DeserializationHandler::containmentS
 }
 
 void DeserializationHandler::adoptChild(OpenItem const& parent, std::u16string_view qName, IObject* child) {
-  attach(parent.object, containmentSlotFor(parent, qName), child, UnresolvedRef::kAppend);
+  attach(parent.object, containmentSlotFor(parent, qName), child, UnresolvedRef::kAppend, true);
 }
 
 void DeserializationHandler::enterId(std::u16string_view id, IObject* object) {
@@ -741,8 +741,11 @@ void DeserializationHandler::enterId(std::u16string_view id, IObject* object) {
 
 // Sets `target` as the value (or an item) of `slot` on `owner`, after checking that it
 // is of the property's class and, for a containment, that it is not contained already
-// and does not contain `owner`: either would give an object two owners.
-void DeserializationHandler::attach(IObject* owner, PropertySlot const& slot, IObject* target, std::size_t position) {
+// and does not contain `owner`: either would give an object two owners. A new object
+// contains nothing yet, so the walk up the containers is spared for it (it would make
+// reading deep containment quadratic).
+void DeserializationHandler::attach(IObject* owner, PropertySlot const& slot, IObject* target, std::size_t position,
+                                    bool isNew) {
   IObjectInfo& ownerInfo = infoOf(owner);
   IObjectInfo& targetInfo = infoOf(target);
   IProperty const& property = *slot.property;
@@ -753,11 +756,7 @@ void DeserializationHandler::attach(IObject* owner, PropertySlot const& slot, IO
   }
   const bool containment = slot.kind == SlotKind::kSingleContainment || slot.kind == SlotKind::kMultiContainment;
   if (containment) {
-    bool refused = targetInfo.getContainer() != nullptr;
-    for (IObject const* above = owner; above != nullptr && !refused;
-         above = QVXRuntime::getInstance()->getIObjectInfo(above)->getContainer()) {
-      refused = above == target;
-    }
+    bool refused = targetInfo.getContainer() != nullptr || (!isNew && rootOf(owner) == target);
     // A second value would push the first out of its container, ownerless.
     refused = refused || (slot.kind == SlotKind::kSingleContainment && ownerInfo.get(property, IFALSE) != nullptr);
     if (refused) critical(qvxFormatMsg(78071, describe(target), property.getName()));
@@ -777,6 +776,24 @@ void DeserializationHandler::attach(IObject* owner, PropertySlot const& slot, IO
   if (containment) targetInfo.getAssociatedObject()->iSetContainer(internalOf(owner), &property);
 }
 
+// The outermost container of `object`. Trees only ever grow by hanging a whole tree
+// under another, so shortcuts to a former root stay correct and are followed on; they
+// keep repeated look-ups from deep objects linear in total.
+IObject const* DeserializationHandler::rootOf(IObject const* object) {
+  QVXRuntime* runtime = QVXRuntime::getInstance();
+  std::vector<IObject const*> path;
+  for (;;) {
+    auto shortcut = rootShortcuts_.find(object);
+    IObject const* next =
+        shortcut != rootShortcuts_.end() ? shortcut->second : runtime->getIObjectInfo(object)->getContainer();
+    if (next == nullptr || next == object) break;
+    path.push_back(object);
+    object = next;
+  }
+  for (IObject const* visited : path) rootShortcuts_[visited] = object;
+  return object;
+}
+
 void DeserializationHandler::resolveReferences() {
   if (logsProgress_) logMessage(ILogger::PROGRESS_LEVEL, 78029);
   // Reserved slots whose target never turned up, per collection, removed at the end.
@@ -785,7 +802,7 @@ void DeserializationHandler::resolveReferences() {
     PropertySlot const& slot = entryFor(const_cast<IClass*>(infoOf(ref.owner).getIClass()))
                                    ->byName.at(ref.property->getName().view());
     if (IObject* target = findTarget(ref, slot)) {
-      attach(ref.owner, slot, target, ref.position);
+      attach(ref.owner, slot, target, ref.position, false);
       continue;
     }
     if ((options_ & Deserializer::FAIL_ON_UNRESOLVED_REFERENCES) != 0) {

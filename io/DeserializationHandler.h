@@ -149,10 +149,12 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
   IUString const& unescaped(std::u16string_view text, std::u16string_view propertyName, IUString const& className);
 
   // References and ownership.
-  void attach(icore::IObject* owner, PropertySlot const& slot, icore::IObject* target, std::size_t position);
+  void attach(icore::IObject* owner, PropertySlot const& slot, icore::IObject* target, std::size_t position,
+              bool isNew);
   void adoptChild(OpenItem const& parent, std::u16string_view qName, icore::IObject* child);
   PropertySlot const& containmentSlotFor(OpenItem const& parent, std::u16string_view qName);
   void enterId(std::u16string_view id, icore::IObject* object);
+  icore::IObject const* rootOf(icore::IObject const* object);
   void resolveReferences();
   icore::IObject* findTarget(UnresolvedRef const& ref, PropertySlot const& slot);
   icore::IObject* createProxy(icore::IClass const& targetClass, std::u16string_view id);
@@ -187,6 +189,7 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
   std::unordered_map<icore::IClass const*, std::unique_ptr<ClassEntry>> entries_;
 
   std::unordered_map<std::u16string, icore::IObject*> objectsById_;
+  std::unordered_map<icore::IObject const*, icore::IObject const*> rootShortcuts_;
   std::vector<UnresolvedRef> unresolved_;
   std::vector<PendingBlob> pendingBlobs_;
   std::unordered_map<std::u16string, std::u16string> blobTexts_;
