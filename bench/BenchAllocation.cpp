@@ -1,8 +1,8 @@
 // Replaces the global operator new and delete of the benchmark executable, so that
 // the figures of memory per object cover every allocation the library and the
 // catalog package make (the executable's definitions take precedence over the C++
-// runtime's for the shared libraries too). Only counts and the live bytes are
-// kept, per thread, which costs a few instructions per allocation and no locking.
+// runtime's for the shared libraries too). Only counts, the live bytes and their peak
+// are kept, per thread, which costs a few instructions per allocation and no locking.
 #include <malloc.h>
 
 #include <cstdlib>
@@ -19,6 +19,7 @@ void* allocate(std::size_t size) {
   if (block == nullptr) return nullptr;
   ++tAllocations.allocations;
   tAllocations.liveBytes += static_cast<std::int64_t>(malloc_usable_size(block));
+  if (tAllocations.liveBytes > tAllocations.peakLiveBytes) tAllocations.peakLiveBytes = tAllocations.liveBytes;
   return block;
 }
 
@@ -40,6 +41,8 @@ void* allocateOrThrow(std::size_t size) {
 namespace qvx_bench {
 
 AllocationSnapshot allocationSnapshot() { return tAllocations; }
+
+void resetPeakLiveBytes() { tAllocations.peakLiveBytes = tAllocations.liveBytes; }
 
 }  // namespace qvx_bench
 

@@ -24,8 +24,11 @@ struct AllocationSnapshot {
   std::uint64_t allocations = 0;
   std::uint64_t releases = 0;
   std::int64_t liveBytes = 0;
+  // The highest liveBytes since the last resetPeakLiveBytes().
+  std::int64_t peakLiveBytes = 0;
 };
 AllocationSnapshot allocationSnapshot();
+void resetPeakLiveBytes();
 
 // Installs a fixed key for the default encryption provider; the workload's
 // connection password is encrypted as it is set.

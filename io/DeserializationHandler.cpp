@@ -518,10 +518,14 @@ DeserializationHandler::ClassEntry const* DeserializationHandler::entryFor(IClas
   entry = std::make_unique<ClassEntry>();
   entry->objectClass = objectClass;
   entry->isBoxedDate = objectClass == icore::primitives::PrimitivesIPackage::iGetInstance()->getIDateIClass();
-  for (IProperty const* property : objectClass->getAllProperties(ITRUE)) {
-    auto [slot, isNew] = entry->byName.emplace(property->getName().view(), slotFor(*property));
-    if (isNew && property->getXMLPropertyAsElement() != IFALSE && !property->getXMLPropertyElementName().isEmpty()) {
-      entry->byWrapperName.emplace(property->getXMLPropertyElementName().view(), &slot->second);
+  // A name means the redefining property where one redefines another, so the list
+  // without redefined properties goes first; the full list adds what it lacks.
+  for (IBOOLEAN keepRedefined : {IFALSE, ITRUE}) {
+    for (IProperty const* property : objectClass->getAllProperties(keepRedefined)) {
+      auto [slot, isNew] = entry->byName.emplace(property->getName().view(), slotFor(*property));
+      if (isNew && property->getXMLPropertyAsElement() != IFALSE && !property->getXMLPropertyElementName().isEmpty()) {
+        entry->byWrapperName.emplace(property->getXMLPropertyElementName().view(), &slot->second);
+      }
     }
   }
   return entry.get();
