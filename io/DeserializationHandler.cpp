@@ -407,7 +407,7 @@ void DeserializationHandler::readObject(const TXMLElement& element, const KeyAtt
 void DeserializationHandler::readReferenceElement(std::u16string_view qName, std::u16string_view targetId) {
   OpenItem const& parent = stack_.back();
   PropertySlot const& slot = containmentSlotFor(parent, qName);
-  auto known = objectsById_.find(std::u16string(targetId));
+  auto known = objectsById_.find(targetId);
   if (known != objectsById_.end()) {
     attach(parent.object, slot, known->second, UnresolvedRef::kAppend, false);
   } else if (slot.kind == SlotKind::kMultiContainment) {
@@ -415,9 +415,9 @@ void DeserializationHandler::readReferenceElement(std::u16string_view qName, std
     auto const* items = static_cast<IVector<IObject*> const*>(infoOf(parent.object).get(*slot.property, IFALSE));
     if (items == nullptr) critical(qvxFormatMsg(78054, slot.property->getName()));
     const_cast<IVector<IObject*>*>(items)->append(nullptr);
-    unresolved_.push_back({parent.object, slot.property, std::u16string(targetId), items->size() - 1});
+    unresolved_.push_back({parent.object, slot.property, keep(targetId), items->size() - 1});
   } else {
-    unresolved_.push_back({parent.object, slot.property, std::u16string(targetId), UnresolvedRef::kAppend});
+    unresolved_.push_back({parent.object, slot.property, keep(targetId), UnresolvedRef::kAppend});
   }
   push(ItemKind::kReference, nullptr, nullptr, nullptr);
 }
@@ -598,7 +598,7 @@ void DeserializationHandler::setPropertyText(IObject* object, ClassEntry const& 
     case SlotKind::kSingleReference:
     case SlotKind::kMultiReference:
       forEachWord(text, [&](std::u16string_view id) {
-        unresolved_.push_back({object, &property, std::u16string(id), UnresolvedRef::kAppend});
+        unresolved_.push_back({object, &property, keep(id), UnresolvedRef::kAppend});
       });
       return;
     case SlotKind::kSingleContainment:
@@ -739,8 +739,27 @@ void DeserializationHandler::adoptChild(OpenItem const& parent, std::u16string_v
   attach(parent.object, containmentSlotFor(parent, qName), child, UnresolvedRef::kAppend, true);
 }
 
+std::u16string_view DeserializationHandler::keep(std::u16string_view text) {
+  constexpr std::size_t kBlockUnits = 32768;
+  if (text.size() > kBlockUnits - blockUsed_ || idBlocks_.empty()) {
+    idBlocks_.push_back(std::make_unique<char16_t[]>(std::max(kBlockUnits, text.size())));
+    blockUsed_ = 0;
+  }
+  char16_t* kept = idBlocks_.back().get() + blockUsed_;
+  std::copy(text.begin(), text.end(), kept);
+  blockUsed_ += text.size();
+  return std::u16string_view(kept, text.size());
+}
+
+void DeserializationHandler::expectDocumentSize(std::size_t bytes) {
+  // A serialized object takes a few hundred bytes; reserving for the likely count keeps
+  // the id table from being rebuilt again and again as a large document is read.
+  objectsById_.reserve(bytes / 256);
+}
+
 void DeserializationHandler::enterId(std::u16string_view id, IObject* object) {
-  if (!objectsById_.emplace(std::u16string(id), object).second) critical(qvxFormatMsg(78068, IUString(id)));
+  if (objectsById_.count(id) != 0) critical(qvxFormatMsg(78068, IUString(id)));
+  objectsById_.emplace(keep(id), object);
 }
 
 // Sets `target` as the value (or an item) of `slot` on `owner`, after checking that it
@@ -833,8 +852,13 @@ IObject* DeserializationHandler::findTarget(UnresolvedRef const& ref, PropertySl
   if (!containment && startsWith(id, kSeedPrefix)) {
     IUString const& seedId =
         unescaped(id.substr(kSeedPrefix.size()), ref.property->getName().view(), slot.targetClass->getQualifiedName());
+    auto cached = seedsById_.find(id);
+    if (cached != seedsById_.end()) return cached->second;
     try {
-      if (IObject* seed = icore::runtime::SeedRegistry::getInstance()->getObjectById(seedId)) return seed;
+      if (IObject* seed = icore::runtime::SeedRegistry::getInstance()->getObjectById(seedId)) {
+        seedsById_.emplace(id, seed);
+        return seed;
+      }
     } catch (const exception::IOException& failure) {
       logMessage(ILogger::WARNING_LEVEL, 78052, ref.property->getName(), describe(ref.owner), failure.getMessage());
     }

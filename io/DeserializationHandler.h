@@ -61,6 +61,8 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
   void characters(const char16_t* text, std::size_t length) override;
 
   int getOptions() const { return options_; }
+  // Sizes the id table for a document of `bytes` bytes; only a hint.
+  void expectDocumentSize(std::size_t bytes);
   // The identifiable top-level objects, in document order, in a new vector; the caller
   // owns vector and objects. Empty unless the document was read to its end.
   IVector<icore::IObject*>* takeResult();
@@ -188,7 +190,13 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
   std::unordered_map<std::u16string_view, ClassEntry const*> classByTypeName_;
   std::unordered_map<icore::IClass const*, std::unique_ptr<ClassEntry>> entries_;
 
-  std::unordered_map<std::u16string, icore::IObject*> objectsById_;
+  // Ids, as written, are kept in blocks of the handler (keep): the table's keys and the
+  // unresolved references view them without an allocation of their own.
+  std::u16string_view keep(std::u16string_view text);
+  std::vector<std::unique_ptr<char16_t[]>> idBlocks_;
+  std::size_t blockUsed_ = 0;
+  std::unordered_map<std::u16string_view, icore::IObject*> objectsById_;
+  std::unordered_map<std::u16string_view, icore::IObject*> seedsById_;
   std::unordered_map<icore::IObject const*, icore::IObject const*> rootShortcuts_;
   std::vector<UnresolvedRef> unresolved_;
   std::vector<PendingBlob> pendingBlobs_;

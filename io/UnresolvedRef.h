@@ -5,7 +5,7 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <string_view>
 
 namespace com::veltrana::qvx::icore {
 class IObject;
@@ -19,7 +19,7 @@ struct UnresolvedRef {
 
   icore::IObject* owner;
   icore::IProperty const* property;
-  std::u16string targetId;
+  std::u16string_view targetId;  // views storage of the reader that made the record
   // kAppend: append to the collection (or set a single value); otherwise the index of
   // the reserved slot.
   std::size_t position;

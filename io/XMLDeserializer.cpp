@@ -92,6 +92,7 @@ IVector<IObject*>* XMLDeserializer::deserialize(int options) {
   model.setErrorHandler(&errorHandler);
   model.setEntityHandler(&entityResolver);
   const std::string document = readInput();
+  handler.expectDocumentSize(document.size());
   if (SerializationUtils::getValidation() != IFALSE) {
     model.setValidationScheme(utils::TXMLSAXModel::VALIDATION_SCHEMA);
     SchemaLocationReader root;
