@@ -86,16 +86,17 @@ class QVX_API IUString {
   // One argument of format(), captured without copying strings.
   struct FormatArg {
     enum class Kind { kSigned, kUnsigned, kFloating, kUtf16, kUtf8, kChar };
+    struct Utf8Text {
+      const char* text;
+      std::size_t length;
+    };
     Kind kind;
     union {
       long long asSigned;
       unsigned long long asUnsigned;
       double asFloating;
       const IUString* asUtf16;
-      struct {
-        const char* text;
-        std::size_t length;
-      } asUtf8;
+      Utf8Text asUtf8;
       char16_t asChar;
     };
   };

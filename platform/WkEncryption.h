@@ -35,7 +35,8 @@
 
 // Encryption types of encryptString/decryptString. Only ENC_TYPE_DEFAULT is
 // implemented; any other value fails with WkEncryptionError.
-enum EncType { ENC_TYPE_DEFAULT = 1 };
+// A fixed underlying type, so that any number a caller passes is a valid value to refuse.
+enum EncType : int { ENC_TYPE_DEFAULT = 1 };
 
 class QVX_API WkEncryption {
  public:
