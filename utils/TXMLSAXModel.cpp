@@ -14,6 +14,7 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
+#include <algorithm>
 #include <exception>
 
 #include "icore/QVXMsgCatalog.h"
