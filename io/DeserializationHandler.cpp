@@ -329,7 +329,11 @@ void DeserializationHandler::handleEnd() {
       finishDocument();
       break;
     case ItemKind::kPropertyElement:
-      if (!characters_.empty()) setPropertyText(item.object, *item.entry, *item.slot, characters_);
+      if (!characters_.empty()) {
+        readsElementText_ = true;
+        setPropertyText(item.object, *item.entry, *item.slot, characters_);
+        readsElementText_ = false;
+      }
       break;
     case ItemKind::kBlob:
       blobTexts_[item.blobId] = characters_;
@@ -609,7 +613,7 @@ void DeserializationHandler::setPropertyText(IObject* object, ClassEntry const& 
 
 IUString const& DeserializationHandler::unescaped(std::u16string_view text, std::u16string_view propertyName,
                                                   IUString const& className) {
-  if (!unescapeInto(text, scratch_)) critical(qvxFormatMsg(78065, IUString(text), IUString(propertyName), className));
+  if (!unescapeInto(text, scratch_)) badValue(text, propertyName, className);
   return scratch_;
 }
 
@@ -670,7 +674,7 @@ void DeserializationHandler::setSingleDatatype(IObjectInfo& info, ClassEntry con
   unsigned int length = 0;
   void* value = ICoreDatatypes::primitiveFromString(datatype, IUString(text), &length);
   if (value == nullptr) {
-    critical(qvxFormatMsg(78065, IUString(text), property.getName(), entry.objectClass->getQualifiedName()));
+    badValue(text, property.getName().view(), entry.objectClass->getQualifiedName());
   }
   // A boxed date keeps the date it is given; every other object copies the value.
   const bool handedOver = entry.isBoxedDate && slot.typeId == ICoreDatatypes::DATE_TYPE_ID;
@@ -715,7 +719,15 @@ icore::IEnumerationLiteral* DeserializationHandler::literalFor(ClassEntry const&
   for (icore::IEnumerationLiteral* literal : slot.enumeration->getLiterals()) {
     if (literal->getName() == name) return literal;
   }
-  critical(qvxFormatMsg(78065, IUString(text), slot.property->getName(), entry.objectClass->getQualifiedName()));
+  badValue(text, slot.property->getName().view(), entry.objectClass->getQualifiedName());
+}
+
+// A value that cannot be read; the text of a property written as an element has a
+// message of its own.
+void DeserializationHandler::badValue(std::u16string_view text, std::u16string_view propertyName,
+                                      IUString const& className) {
+  if (readsElementText_) critical(qvxFormatMsg(78047, IUString(propertyName), IUString(text)));
+  critical(qvxFormatMsg(78065, IUString(text), IUString(propertyName), className));
 }
 
 // ---------------------------------------------------------------------------------

@@ -166,6 +166,7 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
 
   // Failures.
   [[noreturn]] void critical(const IUString& text);
+  [[noreturn]] void badValue(std::u16string_view text, std::u16string_view propertyName, IUString const& className);
   [[noreturn]] void failWithIOException(const IUString& text);
   template <typename... Args>
   void logMessage(utils::ILogger::MsgLevel level, int number, const Args&... args);
@@ -178,6 +179,7 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
 
   std::u16string characters_;
   bool collectsCharacters_ = false;
+  bool readsElementText_ = false;  // setting the text of a property element
   int annotationDepth_ = 0;
   std::vector<OpenItem> stack_;
 

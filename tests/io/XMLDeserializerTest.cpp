@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "icore/IEnumerationLiteral.h"
 #include "icore/IIdentity.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/primitives/IString.h"
@@ -209,6 +210,33 @@ TEST(XMLDeserializerTest, OptionsAreNamedInTheLogAndAMissingStreamIsRefused) {
   EXPECT_NE(logger.lines.find(options), std::string::npos) << logger.lines;
   EXPECT_NE(logger.lines.find(qvxFormatMsg(78016, IUString("stringIdentity:d")).toUtf8()), std::string::npos);
   EXPECT_EQ(qvx_test::messageOf<IOException>([] { XMLDeserializer none(nullptr, nullptr); }), qvxGetMsg(77000));
+}
+
+TEST(XMLDeserializerTest, PropertiesWrittenAsElementsAndRedefinedPropertiesAreRead) {
+  loadCatalogPackage();
+  const auto schema = [](const std::string& description) {
+    return catalogDocument(
+        "<cat:Schema ozl:id=\"stringIdentity:s\" name=\"s\"><tables>"
+        "<Table ozl:id=\"stringIdentity:v\" xsi:type=\"cat:View\" name=\"v\" kind=\"EXTERNAL\">"
+        "<documentation><description>" + description + "</description></documentation>"
+        "</Table></tables></cat:Schema>\n");
+  };
+  Read result;
+  read(result, schema("A+view%2C+described"));
+  ASSERT_EQ(result.objects->size(), 1u);
+  icore::IObject* view = itemsOf<IObject>(result[0], "tables")[0];
+  icore::IObjectInfo* info = shapes_test::infoOf(view);
+  icore::IClass const* viewClass = info->getIClass();
+  EXPECT_EQ(*static_cast<IUString const*>(info->get(*viewClass->getProperty("description"), ITRUE)),
+            IUString("A view, described"));
+  // "kind" names the view's own property, which redefines the table's.
+  icore::IProperty const* kind = viewClass->getAllProperties(IFALSE)[viewClass->getAllProperties(IFALSE).size() - 1];
+  ASSERT_EQ(kind->getName(), IUString("kind"));
+  auto const* literal = static_cast<icore::IEnumerationLiteral const*>(info->get(*kind, IFALSE));
+  ASSERT_NE(literal, nullptr);
+  EXPECT_EQ(literal->getName(), IUString("EXTERNAL"));
+  EXPECT_EQ(failureOf<SerializationException>(schema("bad%Zescape")),
+            qvxFormatMsg(78047, IUString("description"), IUString("bad%Zescape")));
 }
 
 }  // namespace

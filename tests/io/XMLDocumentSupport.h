@@ -54,6 +54,28 @@ class CollectingLogger : public com::veltrana::qvx::utils::ILogger {
   std::string lines;
 };
 
+// The catalog package, loaded through a library resolver (qvx_tests does not link it).
+inline void loadCatalogPackage() {
+  icore::QVXRuntime* runtime = icore::QVXRuntime::getInstance();
+  if (runtime->isPackageRegistered("com.example.catalog") != IFALSE) return;
+  const icore::QVXRuntime::PackageLibraryResolver previous = icore::QVXRuntime::getPackageLibraryResolver();
+  icore::QVXRuntime::registerPackageLibraryResolver([](IUString const& name, IUString& error) {
+    if (name == IUString("com.example.catalog")) return IUString(QVX_TEST_CATALOG_LIBRARY_STEM);
+    error = IUString("unknown package ") + name;
+    return IUString();
+  });
+  IUString error;
+  EXPECT_EQ(icore::QVXRuntime::loadPackageLibrary("com.example.catalog", error), ISTATUS_SUCCESS) << error.toUtf8();
+  icore::QVXRuntime::registerPackageLibraryResolver(previous);
+}
+
+inline std::string catalogDocument(const std::string& body) {
+  return document(body,
+                  "<ozl:OZL xmlns:ozl=\"http://www.veltrana.com/qvx/OZL\" "
+                  "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" serializationSpecVersion=\"14.0\" "
+                  "xmlns:cat=\"http://com.example.catalog/1\" versioncat=\"1.2.0\">\n");
+}
+
 // One read of `text`; the result and the objects left outside it.
 struct Read {
   IVector<icore::IObject*>* objects = nullptr;
