@@ -29,7 +29,7 @@ using io::exception::SerializationException;
 
 constexpr const char* kHeader = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- Veltrana proprietary -->\n";
 
-// The root's attributes with a given spec version and shapes package version; either
+// The root's attributes with a given format version and shapes package version; either
 // may be null to leave the attribute out.
 inline std::string rootOpen(const char* specVersion = "14.0", const char* shapesVersion = "1.0.0") {
   std::string root =
