@@ -197,6 +197,7 @@ TEST(XMLDeserializerTest, ObjectsWithoutIdentityAreReadButNotReturned) {
 }
 
 TEST(XMLDeserializerTest, OptionsAreNamedInTheLogAndAMissingStreamIsRefused) {
+  shapes_test::loadShapesPackage();
   CollectingLogger logger;
   std::istringstream input(document("<shp:Drawing ozl:id=\"stringIdentity:d\" name=\"d\"/>\n"));
   XMLDeserializer reader(&input, &logger);
