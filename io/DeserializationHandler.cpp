@@ -521,7 +521,6 @@ DeserializationHandler::ClassEntry const* DeserializationHandler::entryFor(IClas
   if (entry) return entry.get();
   entry = std::make_unique<ClassEntry>();
   entry->objectClass = objectClass;
-  entry->isBoxedDate = objectClass == icore::primitives::PrimitivesIPackage::iGetInstance()->getIDateIClass();
   // A name means the redefining property where one redefines another, so the list
   // without redefined properties goes first; the full list adds what it lacks.
   for (IBOOLEAN keepRedefined : {IFALSE, ITRUE}) {
@@ -676,15 +675,14 @@ void DeserializationHandler::setSingleDatatype(IObjectInfo& info, ClassEntry con
   if (value == nullptr) {
     badValue(text, property.getName().view(), entry.objectClass->getQualifiedName());
   }
-  // A boxed date keeps the date it is given; every other object copies the value.
-  const bool handedOver = entry.isBoxedDate && slot.typeId == ICoreDatatypes::DATE_TYPE_ID;
+  // Every reflective set copies the value it is given, a boxed date's too.
   try {
     info.set(property, value, length, ITRUE);
   } catch (...) {
-    if (!handedOver) SerializationUtils::freePrimitiveDatatypeBuffer(datatype, value);
+    SerializationUtils::freePrimitiveDatatypeBuffer(datatype, value);
     throw;
   }
-  if (!handedOver) SerializationUtils::freePrimitiveDatatypeBuffer(datatype, value);
+  SerializationUtils::freePrimitiveDatatypeBuffer(datatype, value);
 }
 
 void DeserializationHandler::appendDatatype(IObjectInfo& info, ClassEntry const& entry, PropertySlot const& slot,

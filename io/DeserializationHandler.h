@@ -90,7 +90,6 @@ class DeserializationHandler : public utils::TXMLSAXHandler {
   };
   struct ClassEntry {
     icore::IClass* objectClass;
-    bool isBoxedDate;
     // Keys view the properties' own names, which live as long as the metamodel.
     std::unordered_map<std::u16string_view, PropertySlot> byName;
     std::unordered_map<std::u16string_view, PropertySlot const*> byWrapperName;
