@@ -1,8 +1,8 @@
 // Replaces the global operator new and delete of the benchmark executable, so that
 // the figures of memory per object cover every allocation the library and the
 // catalog package make (the executable's definitions take precedence over the C++
-// runtime's for the shared libraries too). Only counts and the live bytes are
-// kept, per thread, which costs a few instructions per allocation and no locking.
+// runtime's for the shared libraries too). Only counts, the live bytes and their peak
+// are kept, per thread, which costs a few instructions per allocation and no locking.
 #include <malloc.h>
 
 #include <cstdlib>

@@ -5,12 +5,14 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "icore/IClass.h"
 #include "icore/ICoreDatatypes.h"
+#include "icore/IDatatype.h"
 #include "icore/IEnumerationLiteral.h"
 #include "icore/IIdentity.h"
 #include "icore/IObjectInfo.h"
@@ -396,11 +398,26 @@ class GraphWalk {
                          rightTyped != nullptr ? describeAs(tag, *rightTyped) : IUString("null"));
         return;
       }
-      if (!sameValue<T>(*leftTyped, *rightTyped)) {
+      if (!sameValue<T>(*leftTyped, *rightTyped) && !sameWrittenForm(typeId, property, leftTyped, rightTyped)) {
         equal = differAt(step, property, index, describeAs(tag, *leftTyped), describeAs(tag, *rightTyped));
       }
     });
     return equal;
+  }
+
+  // Doubles, floats and dates have text forms of fixed precision ("%.15lg", "%f",
+  // milliseconds): with valuesAsWritten, values that the documents write alike are equal.
+  bool sameWrittenForm(int typeId, IProperty const& property, void const* left, void const* right) {
+    if (!options_.valuesAsWritten) return false;
+    if (typeId != ICoreDatatypes::DOUBLE_TYPE_ID && typeId != ICoreDatatypes::FLOAT_TYPE_ID &&
+        typeId != ICoreDatatypes::DATE_TYPE_ID) {
+      return false;
+    }
+    auto const& datatype = static_cast<IDatatype const&>(*property.getType());
+    leftText_.clear();
+    rightText_.clear();
+    return ICoreDatatypes::appendPrimitiveText(leftText_, datatype, left, 0) &&
+           ICoreDatatypes::appendPrimitiveText(rightText_, datatype, right, 0) && leftText_ == rightText_;
   }
 
   // A contained object is compared in its turn; a referenced one once all contained
@@ -524,6 +541,8 @@ class GraphWalk {
 
   ObjectGraphComparator::Options options_;
   Result result_;
+  std::string leftText_;  // reused by sameWrittenForm
+  std::string rightText_;
   bool multipleRoots_ = false;
   std::vector<PathStep> steps_;
   std::vector<Pair> pending_;

@@ -53,6 +53,10 @@ class QVX_API ObjectGraphComparator {
     // whose class or proxy state differs, and a list whose length differs, count as one
     // difference: what lies below them is not compared.
     bool reportAllDifferences = false;
+    // Compare doubles, floats and dates by their text forms, which are what the XML
+    // document carries ("%.15lg", "%f", milliseconds), instead of by bit pattern: for
+    // a graph read back from a document.
+    bool valuesAsWritten = false;
   };
 
   struct ComparisonResult {

@@ -127,10 +127,19 @@ IUString StreamReader::readString() {
   return locale_->fromUtf8(scratch_.data(), count);
 }
 
+void StreamReader::readString(std::u16string& into) {
+  const auto count = static_cast<std::size_t>(readCount());
+  readBlock(count, scratch_);
+  into.clear();
+  locale_->appendUtf16(into, scratch_.data(), count);
+}
+
 WkDate* StreamReader::readDate() {
-  IUString text = readString();
-  if (text.length() > kDateTextLength) text = text.substr(0, kDateTextLength);
-  return static_cast<WkDate*>(icore::ICoreDatatypes::primitiveFromString(*icore::ICoreDatatypes::I_DATE, text, nullptr));
+  readString(dateText_);
+  auto date = std::make_unique<WkDate>();
+  icore::ICoreDatatypes::parsePrimitiveText(*icore::ICoreDatatypes::I_DATE, dateText_.data(),
+                                            std::min(dateText_.size(), kDateTextLength), date.get());
+  return date.release();
 }
 
 }  // namespace com::veltrana::qvx::io

@@ -42,6 +42,8 @@ class QVX_API StreamReader {
   char* readBytes(unsigned int& length);
   void readAndIgnoreBlob();
   IUString readString();
+  // A string into `into` (replacing its text), reusing its capacity.
+  void readString(std::u16string& into);
   // Skips a string without converting it.
   void readAndIgnoreString();
   // A new date; the caller owns it.
@@ -72,6 +74,7 @@ class QVX_API StreamReader {
   WkLocale* locale_;
   std::int64_t offset_ = 0;
   std::string scratch_;
+  std::u16string dateText_;
 };
 
 }  // namespace com::veltrana::qvx::io

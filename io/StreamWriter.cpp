@@ -1,7 +1,6 @@
 #include "io/StreamWriter.h"
 
 #include <cstdlib>
-#include <memory>
 #include <ostream>
 
 #include "icore/ICoreDatatypes.h"
@@ -91,10 +90,16 @@ void StreamWriter::writeString(const IUString& value) {
   put(conversionBuffer_, produced);
 }
 
+void StreamWriter::writeUtf8(const std::string& utf8) {
+  if (utf8.size() > static_cast<std::size_t>(INT32_MAX)) throw IOException(icore::qvxGetMsg(80009));
+  writeInt(static_cast<int>(utf8.size()));
+  put(utf8.data(), utf8.size());
+}
+
 void StreamWriter::writeDate(const WkDate& value) {
-  const std::unique_ptr<IUString> text(
-      icore::ICoreDatatypes::primitiveToString(*icore::ICoreDatatypes::I_DATE, &value, 0));
-  writeString(text != nullptr ? *text : IUString());
+  dateText_.clear();
+  icore::ICoreDatatypes::appendPrimitiveText(dateText_, *icore::ICoreDatatypes::I_DATE, &value, 0);
+  writeUtf8(dateText_);
 }
 
 }  // namespace com::veltrana::qvx::io

@@ -19,6 +19,7 @@
 #include <cstring>
 #include <iosfwd>
 #include <memory>
+#include <string>
 
 #include "platform/IStatus.h"
 #include "platform/IUString.h"
@@ -47,6 +48,8 @@ class QVX_API StreamWriter {
   void writeDouble(double value);
   void writeBytes(const char* bytes, unsigned int count);
   void writeString(const IUString& value);
+  // A string whose UTF-8 bytes the caller already has.
+  void writeUtf8(const std::string& utf8);
   void writeDate(const WkDate& value);
 
   // Hands every buffered byte to the target stream; IOException 80002 when the stream
@@ -79,6 +82,8 @@ class QVX_API StreamWriter {
 
   std::ostream* target_;
   WkLocale* locale_;
+  // The text of a date, kept so that writing one allocates nothing per value.
+  std::string dateText_;
   char* conversionBuffer_ = nullptr;
   int conversionCapacity_ = 0;
   std::unique_ptr<char[]> output_;

@@ -1,5 +1,6 @@
 #include "icore/runtime/SeedRegistry.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "icore/QVXRuntime.h"
 #include "icore/runtime/SeedIdentity.h"
 #include "io/ResourceResolver.h"
+#include "io/XMLDeserializer.h"
 #include "io/exception/IOException.h"
 #include "platform/IOutputStream.h"
 #include "platform/QvxAssert.h"
@@ -184,22 +186,27 @@ void SeedRegistry::registerSeedObject(IObject const* object) {
 
 void SeedRegistry::registerAllSeedObjects(IUString const& id) {
   const IUString fileName = createFileNameFromId(id);
-  io::ResourceResolver::Resolver resolver = io::ResourceResolver::getQVXResourceResolver();
-  IUString folder = resolver != nullptr ? resolver(fileName) : IUString();
-  if (folder.isEmpty()) throw IOException(qvxFormatMsg(76004, fileName));
-  if (!folder.endsWith(IUString(u"/"))) folder += u'/';
-  const IUString path = folder + fileName;
-
-  std::ifstream input(path.toUtf8(), std::ios::in | std::ios::binary);
+  // A seed file that refers to an id it lacks would be read again from inside its own
+  // reading, without end; a file already being read on this thread is not read again.
+  thread_local std::vector<IUString> filesBeingRead;
+  if (std::find(filesBeingRead.begin(), filesBeingRead.end(), fileName) != filesBeingRead.end()) return;
+  IUString error;
+  const IUString folder = io::ResourceResolver::getResourcePath(fileName, error);
+  if (folder.isEmpty()) throw IOException(error);
+  std::ifstream input((folder + fileName).toUtf8(), std::ios::in | std::ios::binary);
   if (!input.is_open()) throw IOException(qvxFormatMsg(76000, fileName));
-
-  // TODO(xml-reader): read the document's objects with the XML deserializer, still
-  // without the lock (reading may load package libraries), then under the lock call
-  // registerSeedObject for each top-level object, in document order, deleting those
-  // whose id another thread registered meanwhile. Until that reader exists an existing
-  // seed file is reported as unreadable rather than silently treated as empty.
-  throw IOException(IUString::format("Seed file %s was found, but reading seed files is not available in this build.",
-                                     path));
+  filesBeingRead.push_back(fileName);
+  struct ReadingDone {
+    std::vector<IUString>& files;
+    ~ReadingDone() { files.pop_back(); }
+  } done{filesBeingRead};
+  // Read without the lock, since reading may load package libraries; each object is
+  // then registered under it. A file read again after a miss, or by two threads at
+  // once, brings copies of registered objects: the registered ones stay (callers may
+  // hold them) and the copies go.
+  io::XMLDeserializer reader(&input, nullptr);
+  std::unique_ptr<IVector<IObject*>> objects(reader.deserialize());
+  for (IObject* object : *objects) adoptLoadedObject(object);
 }
 
 void SeedRegistry::addObjectInRegistry(IUString id, IObject* object) {

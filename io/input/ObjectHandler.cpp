@@ -210,12 +210,15 @@ void ObjectHandler::readObjectIdentity(IObject* object, bool skip) {
     reader_->readAndIgnoreString();
     return;
   }
-  const IUString text = reader_->readString();
-  detail::logProgressf(*logger_, "Read the identity for the object. Identity: [%s]", text);
+  reader_->readString(identityText_);
+  if (detail::isProgressLogged(*logger_)) {
+    detail::logProgressf(*logger_, "Read the identity for the object. Identity: [%s]", IUString(identityText_));
+  }
   IObjectInfo& info = infoOf(object);
   if (!info.getIClass()->isIdentifiableClass()) throwCannotSet(at, IUString("the class has no identity"));
   try {
-    std::unique_ptr<icore::IIdentity const> identity(IdentityText::fromText(text));
+    std::unique_ptr<icore::IIdentity const> identity(
+        IdentityText::fromText(identityText_.data(), identityText_.size()));
     icore::IIdentity const* handed = identity.get();
     info.setIdentity(handed);
     identity.release();

@@ -20,6 +20,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <unordered_set>
 #include <vector>
 
@@ -114,6 +115,8 @@ class QVX_API ObjectHandler {
   // Objects that must never be put into a containment: the uncontained objects of
   // earlier items (the caller's or the stream's) and the seeds (the registry's).
   std::unordered_set<icore::IObject const*> foreignRoots_;
+  // Reused for every identity read, which is parsed where it lies.
+  std::u16string identityText_;
 };
 
 }  // namespace input

@@ -11,8 +11,8 @@
 #include "icore/IObjectReflector.h"
 #include "icore/IPackage.h"
 #include "icore/IProperty.h"
-#include "icore/IRedefinability.h"
 #include "icore/IType.h"
+#include "icore/internal/ClassTable.h"
 #include "io/IdentityText.h"
 #include "io/StreamLog.h"
 #include "io/StreamMarkers.h"
@@ -28,6 +28,7 @@ using icore::IClass;
 using icore::IObject;
 using icore::IObjectInfo;
 using icore::IProperty;
+using icore::internal::ClassTable;
 
 namespace {
 
@@ -77,17 +78,15 @@ ObjectHandler::ClassPlan const& ObjectHandler::planFor(IClass const* objectClass
   auto& slot = plans_[objectClass];
   if (slot == nullptr) {
     slot = std::make_unique<ClassPlan>();
-    for (IProperty const* property : objectClass->getAllProperties(ITRUE)) {
-      PropertyPlan plan{property, PropertyKind::kReference, 0,
-                        &property->getRedefinability() == &icore::IRedefinability::ABSTRACT_PROPERTY};
-      const bool isCollection = property->isCollection() != IFALSE;
-      if (property->isPrimitive()) {
-        plan.kind = isCollection ? PropertyKind::kPrimitiveCollection : PropertyKind::kPrimitive;
-        plan.primitiveMarker = primitiveMarkerOf(property->getType()->getTypeId());
+    for (ClassTable::Entry const& entry : objectClass->getClassTable().entries()) {
+      PropertyPlan plan{entry.property, PropertyKind::kReference, 0, entry.abstractProperty};
+      if (entry.kind == icore::internal::PropertyKind::kPrimitive) {
+        plan.kind = entry.multiValued ? PropertyKind::kPrimitiveCollection : PropertyKind::kPrimitive;
+        plan.primitiveMarker = primitiveMarkerOf(entry.primitiveTypeId);
         QVX_ASSERT(plan.primitiveMarker != 0);
-      } else if (property->isEnum()) {
-        plan.kind = isCollection ? PropertyKind::kEnumCollection : PropertyKind::kEnum;
-      } else if (isCollection) {
+      } else if (entry.kind == icore::internal::PropertyKind::kEnumeration) {
+        plan.kind = entry.multiValued ? PropertyKind::kEnumCollection : PropertyKind::kEnum;
+      } else if (entry.multiValued) {
         plan.kind = PropertyKind::kReferenceCollection;
       }
       slot->properties.push_back(plan);
@@ -144,9 +143,10 @@ void ObjectHandler::writeProxyObjectTypeName(IObjectInfo const& object) {
 }
 
 void ObjectHandler::writeProxyObjectIdentity(IObjectInfo const& object) {
-  const IUString identity = IdentityText::toText(object.getIdentity());
-  detail::logProgressf(*logger_, "Writing the identity of the proxy object. Identity: [%s]", identity);
-  writer_->writeString(identity);
+  identityText_.clear();
+  IdentityText::appendText(identityText_, object.getIdentity());
+  detail::logProgressf(*logger_, "Writing the identity of the proxy object. Identity: [%s]", identityText_);
+  writer_->writeUtf8(identityText_);
 }
 
 void ObjectHandler::writeSeededObject(IObjectInfo const& object) {
@@ -193,10 +193,11 @@ void ObjectHandler::writeObjectIdentity(IObjectInfo const& object) {
     writeMarker(TC_NOT_SPECIFIED);
     return;
   }
-  const IUString text = IdentityText::toText(identity);
-  detail::logProgressf(*logger_, "Writing the identity of the object. Identity: [%s]", text);
+  identityText_.clear();
+  IdentityText::appendText(identityText_, identity);
+  detail::logProgressf(*logger_, "Writing the identity of the object. Identity: [%s]", identityText_);
   writeMarker(TC_IDENTITY);
-  writer_->writeString(text);
+  writer_->writeUtf8(identityText_);
 }
 
 void ObjectHandler::writeAnnotations() {
@@ -328,28 +329,26 @@ void ObjectHandler::writePrimitiveCollectionValue(char primitiveMarker, void con
   });
 }
 
-namespace {
-
-IUString literalText(IProperty const& property, void const* literal) {
+std::string const& ObjectHandler::literalText(IProperty const& property, void const* literal) {
+  auto found = literalTexts_.find(literal);
+  if (found != literalTexts_.end()) return found->second;
   auto const* enumeration = static_cast<icore::IDatatype const*>(property.getType());
   icore::IFactory* factory = const_cast<icore::IPackage*>(enumeration->getPackage())->getFactory();
   const std::unique_ptr<IUString> text(factory->datatypeToString(*enumeration, literal));
-  return text != nullptr ? *text : IUString();
+  return literalTexts_.emplace(literal, text != nullptr ? text->toUtf8() : std::string()).first->second;
 }
 
-}  // namespace
-
 void ObjectHandler::writeEnumValue(IProperty const& property, void const* literal) {
-  const IUString text = literalText(property, literal);
+  std::string const& text = literalText(property, literal);
   detail::logProgressf(*logger_, "Writing single-valued enum property. Value: [%s].", text);
-  writer_->writeString(text);
+  writer_->writeUtf8(text);
 }
 
 void ObjectHandler::writeEnumCollectionValue(IProperty const& property, void const* literals) {
   auto const& values = *static_cast<IVector<icore::IEnumerationLiteral*> const*>(literals);
   detail::logProgressf(*logger_, "Writing the length info. Length: [%d]", static_cast<int>(values.size()));
   writer_->writeInt(static_cast<int>(values.size()));
-  for (icore::IEnumerationLiteral const* literal : values) writer_->writeString(literalText(property, literal));
+  for (icore::IEnumerationLiteral const* literal : values) writer_->writeUtf8(literalText(property, literal));
 }
 
 void ObjectHandler::writeMarker(char marker) { writer_->writeByte(marker); }

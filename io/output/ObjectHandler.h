@@ -6,10 +6,12 @@
 //
 // Nested objects are written with an explicit stack of frames, one per object whose
 // data is being written, so any depth of nesting is safe. What the writer needs of a
-// class (its properties and how each is written) is worked out once per class.
+// class (its properties and how each is written) is worked out once per class, and the
+// text of identities and enumeration literals is written without allocating per value.
 #pragma once
 
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -92,6 +94,8 @@ class QVX_API ObjectHandler {
                                            unsigned int length);
   void writePrimitiveValue(char primitiveMarker, void const* value, unsigned int length);
   void writePrimitiveCollectionValue(char primitiveMarker, void const* items);
+  // The UTF-8 text of `literal`, asked of the enumeration's factory once per literal.
+  std::string const& literalText(icore::IProperty const& property, void const* literal);
   void writeEnumValue(icore::IProperty const& property, void const* literal);
   void writeEnumCollectionValue(icore::IProperty const& property, void const* literals);
   void writeMarker(char marker);
@@ -105,6 +109,9 @@ class QVX_API ObjectHandler {
   icore::IClass const* lastPlanClass_ = nullptr;
   ClassPlan const* lastPlan_ = nullptr;
   std::vector<Frame> stack_;
+  std::unordered_map<void const*, std::string> literalTexts_;
+  // Reused for every identity written.
+  std::string identityText_;
 };
 
 }  // namespace output

@@ -72,7 +72,9 @@ class TestObject final : public IObjectInternal {
   TestObject(icore::IClass* objectClass, icore::IIdentity const* proxyIdentity) : identity_(proxyIdentity) {
     ++gLiveObjects;
     iSetIClass(objectClass);
-    for (IProperty const* property : objectClass->getAllProperties(ITRUE)) slots_.push_back(initialValue(*property));
+    IVector<IProperty*> const& properties = objectClass->getAllProperties(ITRUE);
+    slots_.reserve(properties.size());
+    for (IProperty const* property : properties) slots_.push_back(initialValue(*property));
     if (proxyIdentity != nullptr) iSetProxy();
   }
   ~TestObject() override;
