@@ -11,15 +11,12 @@
 #include "io/QVXBinaryInputStream.h"
 #include "io/QVXBinaryOutputStream.h"
 #include "io/StreamMarkers.h"
+#include "io/XMLDeserializer.h"
 #include "io/XMLSerializer.h"
 #include "platform/StdOutputStream.h"
 #include "tools/qvx/ErrorText.h"
 #include "tools/qvx/Progress.h"
 #include "tools/qvx/ToolError.h"
-#if __has_include("io/XMLDeserializer.h")
-#include "io/XMLDeserializer.h"
-#define QVX_TOOL_HAS_XML_READER 1
-#endif
 
 namespace qvx_tool {
 
@@ -73,7 +70,6 @@ void readBinary(std::istream& input, LoadedModel& into) {
   for (std::size_t i = 0; i < detached->size(); ++i) into.adopt((*detached)[i]);
 }
 
-#ifdef QVX_TOOL_HAS_XML_READER
 void readXml(std::istream& input, LoadedModel& into) {
   io::XMLDeserializer reader(&input, nullptr);
   // The parser's exceptions need the XML environment, which lives as long as the reader.
@@ -85,11 +81,6 @@ void readXml(std::istream& input, LoadedModel& into) {
     throw ToolError(kExitUsage, currentExceptionText());
   }
 }
-#else
-void readXml(std::istream&, LoadedModel&) {
-  throw ToolError(kExitUsage, "is an XML document, and this build of qvx reads binary streams only");
-}
-#endif
 
 }  // namespace
 
@@ -152,14 +143,6 @@ void ModelFile::save(IVector<icore::IObject*> const& roots, std::string const& p
   }
   output.flush();
   if (!output) failOn(path, "writing failed");
-}
-
-bool ModelFile::canReadXml() {
-#ifdef QVX_TOOL_HAS_XML_READER
-  return true;
-#else
-  return false;
-#endif
 }
 
 }  // namespace qvx_tool

@@ -47,8 +47,6 @@ class ModelFile {
   static void load(std::string const& path, LoadedModel& into);
   static void save(IVector<com::veltrana::qvx::icore::IObject*> const& roots, std::string const& path,
                    FileFormat format);
-  // Whether this build can read XML documents.
-  static bool canReadXml();
 };
 
 }  // namespace qvx_tool
