@@ -4,8 +4,8 @@
 # FUZZER is a target of tests/fuzz (IdentityTextFuzzer, BinaryStreamFuzzer,
 # XmlDocumentFuzzer). It builds the clang sanitizer build in build-fuzz when needed,
 # starts from the fuzzer's seed corpus and keeps what it finds in
-# build-fuzz/tests/fuzz/corpus-FUZZER; a crash leaves its input as crash-* in the
-# current directory and a non-zero exit status.
+# build-fuzz/tests/fuzz/corpus-FUZZER; a crash leaves its input as
+# build-fuzz/crash-* and a non-zero exit status.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -30,4 +30,5 @@ fi
 scratch=build-fuzz/tests/fuzz/corpus-$fuzzer
 mkdir -p "$scratch"
 exec "build-fuzz/tests/fuzz/$fuzzer" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 \
+  -artifact_prefix=build-fuzz/ \
   "$@" "$scratch" "tests/fuzz/corpus/$seeds"
