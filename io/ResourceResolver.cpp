@@ -1,5 +1,10 @@
 #include "io/ResourceResolver.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
 #include "icore/QVXMsgCatalog.h"
 #include "platform/WkSystem.h"
 
@@ -14,6 +19,13 @@ ResourceResolver::~ResourceResolver() = default;
 namespace {
 
 const IUString kSlash(u"/");
+
+// A resource is a readable regular file: a directory opens but cannot be read.
+bool isReadableFile(IUString const& path) {
+  const std::string systemPath = path.toUtf8();
+  struct stat status {};
+  return ::stat(systemPath.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(systemPath.c_str(), R_OK) == 0;
+}
 
 IUString withTrailingSlash(IUString directory) {
   if (!directory.endsWith(kSlash)) directory += u'/';
@@ -47,7 +59,13 @@ std::vector<IUString> ResourceResolver::getResourceDirList(IUString& searchedSet
 }
 
 IUString ResourceResolver::getResourcePath(IUString const& name, IUString& error) {
-  if (wkAccess(name)) return IUString("./");
+  // Names can come from documents; one with a NUL unit would name another path once
+  // handed to the system, so it names no resource.
+  if (name.find(u'\0') != IUString::npos) {
+    error = qvxFormatMsg(76004, name);
+    return IUString();
+  }
+  if (isReadableFile(name)) return IUString("./");
   IUString directory;
   IUString searchedSetting;
   if (m_getQVXResourcePath != nullptr) {
@@ -55,7 +73,7 @@ IUString ResourceResolver::getResourcePath(IUString const& name, IUString& error
     if (!directory.isEmpty()) directory = withTrailingSlash(directory);
   } else {
     for (IUString const& candidate : getResourceDirList(searchedSetting)) {
-      if (!wkAccess(candidate + name)) continue;
+      if (!isReadableFile(candidate + name)) continue;
       directory = candidate;
       break;
     }

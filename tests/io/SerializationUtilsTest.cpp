@@ -103,6 +103,18 @@ TEST_F(ResourceLookupTest, MissingFileNamesTheResourceAndTheSearchedSetting) {
   EXPECT_EQ(SerializationUtils::readSchemaFile(name, error), nullptr);
 }
 
+TEST_F(ResourceLookupTest, DirectoriesAndNamesWithANulUnitAreNoResources) {
+  ScopedEnv path("QVX_CPP_RESOURCE_PATH", "/");
+  IUString error;
+  const std::string leaf = directory_.substr(1);  // a directory below "/"
+  EXPECT_EQ(ResourceResolver::getResourcePath(IUString::fromUtf8(leaf), error), IUString());
+  EXPECT_FALSE(error.isEmpty());
+  const std::u16string withNul = IUString::fromUtf8(directory_).str() + u'\0' + u"x.seed.xml";
+  error = IUString();
+  EXPECT_EQ(ResourceResolver::getResourcePath(IUString(withNul), error), IUString());
+  EXPECT_FALSE(error.isEmpty());
+}
+
 TEST_F(ResourceLookupTest, HomeDirectoryServesPluginsDynamic) {
   ScopedEnv path("QVX_CPP_RESOURCE_PATH", nullptr);
   ScopedEnv home("VELTRANA_HOME", "/nonexistent-qvx-home");
