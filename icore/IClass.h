@@ -64,7 +64,7 @@ class QVX_API IClass : public IType {
 
   // True when `property` is one of getAllProperties(true), answered by the class table
   // in constant time.
-  bool hasProperty(IProperty const& property) const { return getClassTable().find(property) != nullptr; }
+  bool hasProperty(IProperty const& property) const { return getClassTable().contains(property); }
 
   // The class's property table (kinds, defaults, XML names, look-up by id and name);
   // made on first use, then read without locking. See internal/ClassTable.h.
@@ -114,5 +114,13 @@ class QVX_API IClass : public IType {
   mutable std::unique_ptr<internal::ClassTable const> classTableOwner_;
   mutable std::atomic<internal::ClassTable const*> classTable_{nullptr};
 };
+
+// The membership check every reflective access makes (declared in
+// internal/IObjectInternal.h): inline, so that a reflective get or set costs the
+// object's virtual call and little else.
+inline void internal::IObjectInternal::checkPropertyAccess(IProperty const& property) const {
+  if (class_ == nullptr || !class_->hasProperty(property)) throwUnknownGet(property);
+  if (proxy_) throwProxyAccess();
+}
 
 }  // namespace com::veltrana::qvx::icore

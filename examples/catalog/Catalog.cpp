@@ -2,6 +2,7 @@
 
 #include "examples/catalog/DataTypeDef.h"
 #include "examples/catalog/Schema.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -77,6 +78,11 @@ void Catalog::setConnectionPassword(std::optional<IUString> clearText) {
   encryptedPassword_ = encrypt(std::move(*clearText), package()->getCatalog_ConnectionPasswordIProperty(), this);
 }
 
+void const* Catalog::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* Catalog::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kVersionPropertyId: return &version_;
@@ -86,6 +92,11 @@ void const* Catalog::getValue(IProperty const& property, unsigned int* length) c
     case kConnectionPasswordPropertyId: return support::valueOrNull(encryptedPassword_);
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void Catalog::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void Catalog::setValue(IProperty const& property, void* value, unsigned int length) {

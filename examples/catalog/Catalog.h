@@ -48,9 +48,11 @@ class QVX_CATALOG_API Catalog : public NamedElement {
   std::optional<IUString> getConnectionPassword() const;
   void setConnectionPassword(std::optional<IUString> clearText);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   IUString version_{"1.0"};

@@ -10,13 +10,11 @@ namespace com::example::catalog::support {
 using com::veltrana::qvx::icore::IClass;
 using com::veltrana::qvx::icore::IType;
 
-IObjectInternal* checkedReference(IProperty const& property, void* value) {
-  if (value == nullptr) return nullptr;
-  auto* object = static_cast<IObjectInternal*>(static_cast<IObject*>(value));
+IObjectInternal* checkedSubclassReference(IProperty const& property, IObjectInternal& object) {
   IType const* type = property.getType();
-  const bool fits = type != nullptr && type->isClass() && object->instanceOf(*static_cast<IClass const*>(type));
+  const bool fits = type != nullptr && type->isClass() && object.instanceOf(*static_cast<IClass const*>(type));
   QVX_ASSERT(fits);
-  return fits ? object : nullptr;
+  return fits ? &object : nullptr;
 }
 
 int ordinalOrDefault(IEnumerationLiteral const* literal, IEnumeration const& enumeration, int defaultOrdinal) {

@@ -9,7 +9,9 @@
 #include <optional>
 
 #include "examples/catalog/CatalogExport.h"
+#include "icore/IClass.h"
 #include "icore/IObject.h"
+#include "icore/IProperty.h"
 #include "icore/internal/HeapOptional.h"
 #include "icore/internal/IObjectInternal.h"
 #include "platform/IVector.h"
@@ -127,12 +129,22 @@ void assignFlagged(T& target, bool& isSet, void const* value) {
   target = isSet ? *static_cast<T const*>(value) : T();
 }
 
+// checkedReference for an object whose class is not the property's own type: a
+// subclass is accepted, anything else is an assertion failure and taken as null.
+QVX_CATALOG_API IObjectInternal* checkedSubclassReference(IProperty const& property, IObjectInternal& object);
+
 // The reflective form of a reference: the object as an IObject.
 inline void const* asReflective(IObject const* object) { return object; }
 
 // The object behind a reflective reference value of `property`; null stays null. An
 // object that is not of the property's type is an assertion failure and is taken as null.
-QVX_CATALOG_API IObjectInternal* checkedReference(IProperty const& property, void* value);
+// An object of exactly the property's class, the usual case, is taken without walking
+// the class hierarchy.
+inline IObjectInternal* checkedReference(IProperty const& property, void* value) {
+  auto* object = static_cast<IObjectInternal*>(static_cast<IObject*>(value));
+  if (object == nullptr || object->iGetIClass() == property.getType()) return object;
+  return checkedSubclassReference(property, *object);
+}
 // The same, as the property's class T.
 template <typename T>
 T* referenceValue(IProperty const& property, void* value) {

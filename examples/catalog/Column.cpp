@@ -3,6 +3,7 @@
 #include "examples/catalog/CatalogSupport.h"
 #include "examples/catalog/DataTypeDef.h"
 #include "examples/catalog/Table.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -159,6 +160,11 @@ void Column::setType(DataTypeDef* type) {
   type_ = type;
 }
 
+void const* Column::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* Column::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kTablePropertyId: return support::asReflective(getTable());
@@ -176,6 +182,11 @@ void const* Column::getValue(IProperty const& property, unsigned int* length) co
     case kTypePropertyId: return support::asReflective(type_);
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void Column::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void Column::setValue(IProperty const& property, void* value, unsigned int length) {

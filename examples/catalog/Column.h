@@ -71,9 +71,11 @@ class QVX_CATALOG_API Column : public NamedElement {
   DataTypeDef* getType() const;
   void setType(DataTypeDef* type);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   IEnumerationLiteral* dataTypeLiteral() const;

@@ -1,6 +1,7 @@
 #include "examples/catalog/DataTypeDef.h"
 
 #include "examples/catalog/CatalogSupport.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -29,12 +30,22 @@ void DataTypeDef::setMaxLength(std::int32_t maxLength) {
   maxLength_ = maxLength;
 }
 
+void const* DataTypeDef::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* DataTypeDef::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kSqlNamePropertyId: return &sqlName_;
     case kMaxLengthPropertyId: return &maxLength_;
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void DataTypeDef::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void DataTypeDef::setValue(IProperty const& property, void* value, unsigned int length) {

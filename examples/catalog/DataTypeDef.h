@@ -22,9 +22,11 @@ class QVX_CATALOG_API DataTypeDef : public NamedElement {
   std::int32_t getMaxLength() const;
   void setMaxLength(std::int32_t maxLength);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   IUString sqlName_;

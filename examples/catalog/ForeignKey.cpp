@@ -2,6 +2,7 @@
 
 #include "examples/catalog/Column.h"
 #include "examples/catalog/Table.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -50,6 +51,11 @@ bool ForeignKey::removeRule(IEnumerationLiteral* rule) {
   return rules_.removeElement(rule);
 }
 
+void const* ForeignKey::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* ForeignKey::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kTargetTablePropertyId: return support::asReflective(targetTable_);
@@ -57,6 +63,11 @@ void const* ForeignKey::getValue(IProperty const& property, unsigned int* length
     case kRulesPropertyId: return &rules_;
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void ForeignKey::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void ForeignKey::setValue(IProperty const& property, void* value, unsigned int length) {

@@ -32,9 +32,11 @@ class QVX_CATALOG_API ForeignKey : public NamedElement {
   void addRule(IEnumerationLiteral* rule);
   bool removeRule(IEnumerationLiteral* rule);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   Table* targetTable_ = nullptr;

@@ -1,6 +1,7 @@
 #include "examples/catalog/NamedElement.h"
 
 #include "examples/catalog/CatalogSupport.h"
+#include "icore/IClass.h"
 #include "icore/IIdentity.h"
 #include "icore/IProperty.h"
 #include "icore/internal/CollectionAccess.h"
@@ -40,28 +41,10 @@ void NamedElement::setDescription(std::optional<IUString> description) {
   description_.assign(std::move(description));
 }
 
-void const* NamedElement::iGet(IProperty const& property, unsigned int* index, IBOOLEAN) const {
-  checkPropertyAccess(property);
-  return getValue(property, index);
-}
-
-void NamedElement::iSet(IProperty const& property, void* value, unsigned int index, IBOOLEAN) {
-  checkPropertyAccess(property);
-  setValue(property, value, index);
-}
-
 IBOOLEAN NamedElement::iHasItems(IProperty const& property) {
-  checkPropertyAccess(property);
+  void const* items = iGet(property, nullptr, IFALSE);  // checks the property first
   if (!property.isCollection()) throwNotMultiValued(property);
-  return CollectionAccess::size(property, getValue(property, nullptr)) > 0 ? ITRUE : IFALSE;
-}
-
-void const* NamedElement::getValue(IProperty const& property, unsigned int*) const {
-  switch (property.getPropertyId()) {
-    case kNamePropertyId: return &name_;
-    case kDescriptionPropertyId: return support::valueOrNull(description_);
-    default: throwUnknownGet(property);
-  }
+  return CollectionAccess::size(property, items) > 0 ? ITRUE : IFALSE;
 }
 
 void NamedElement::setValue(IProperty const& property, void* value, unsigned int) {

@@ -1,8 +1,8 @@
 // The abstract base of every identifiable catalog class: a name, an optional
 // description, and the object's identity. It also carries the reflective contract of
-// its subclasses: iGet / iSet / iHasItems check the property and the proxy state once
-// here and then dispatch on the property id through getValue / setValue, which each
-// class overrides for its own ids and passes on to its super class for the rest.
+// its subclasses: each concrete class's iGet / iSet checks the property and the proxy
+// state once and then dispatches on the property id through its own getValue /
+// setValue, which handle the class's own ids and pass the rest to the super class's.
 #pragma once
 
 #include <memory>
@@ -10,6 +10,7 @@
 
 #include "examples/catalog/CatalogExport.h"
 #include "examples/catalog/CatalogIPackage.h"
+#include "icore/IProperty.h"
 #include "icore/internal/HeapOptional.h"
 #include "icore/internal/IObjectInternal.h"
 #include "icore/internal/IdentitySlot.h"
@@ -43,8 +44,10 @@ class QVX_CATALOG_API NamedElement : public IObjectInternal {
   std::optional<IUString> getDescription() const;
   void setDescription(std::optional<IUString> description);
 
-  void const* iGet(IProperty const& property, unsigned int* index, IBOOLEAN flag) const final;
-  void iSet(IProperty const& property, void* value, unsigned int index, IBOOLEAN flag) final;
+  // Each concrete class checks the property once and runs its own getValue / setValue
+  // directly, so a reflective access makes one virtual call.
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override = 0;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override = 0;
   IBOOLEAN iHasItems(IProperty const& property) final;
   IIdentity const* iGetIdentity() const override;
   // Takes ownership of `identity` once it is stored; IdentityException (74002) when
@@ -61,12 +64,19 @@ class QVX_CATALOG_API NamedElement : public IObjectInternal {
   static CatalogIPackage* package();
 
   // The value of a property of this object's class (checked by iGet); a blob writes its
-  // byte count to `length`. Overrides handle their class's own ids and pass the others
-  // to their super class.
-  virtual void const* getValue(IProperty const& property, unsigned int* length) const;
+  // byte count to `length`. Each subclass hides these with its own, which handle the
+  // class's own ids and pass the others to the super class's by a direct call.
+  // Inline: every subclass's switch ends here for the name, the most read value.
+  void const* getValue(IProperty const& property, unsigned int*) const {
+    switch (property.getPropertyId()) {
+      case kNamePropertyId: return &name_;
+      case kDescriptionPropertyId: return description_.get();
+      default: throwUnknownGet(property);
+    }
+  }
   // Sets a property of this object's class (checked by iSet); `length` is a blob's byte
-  // count. Overrides handle their class's own ids and pass the others on.
-  virtual void setValue(IProperty const& property, void* value, unsigned int length);
+  // count.
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   friend class CatalogIFactory;

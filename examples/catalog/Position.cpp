@@ -1,6 +1,7 @@
 #include "examples/catalog/Position.h"
 
 #include "examples/catalog/CatalogSupport.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 #include "platform/QvxAssert.h"
 

@@ -1,6 +1,7 @@
 #include "examples/catalog/Schema.h"
 
 #include "examples/catalog/Table.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -34,12 +35,22 @@ bool Schema::removeTable(Table* table) {
   return support::removeContained(tables_, table);
 }
 
+void const* Schema::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* Schema::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kOwnerPropertyId: return support::valueOrNull(owner_);
     case kTablesPropertyId: return &tables_;
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void Schema::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void Schema::setValue(IProperty const& property, void* value, unsigned int length) {

@@ -29,9 +29,11 @@ class QVX_CATALOG_API Schema : public NamedElement {
   // The table then belongs to the caller; false when the schema does not contain it.
   bool removeTable(Table* table);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   std::optional<IUString> owner_;

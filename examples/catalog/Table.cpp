@@ -3,6 +3,7 @@
 #include "examples/catalog/Column.h"
 #include "examples/catalog/ForeignKey.h"
 #include "examples/catalog/Position.h"
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 
 namespace com::example::catalog {
@@ -126,6 +127,11 @@ void Table::setThumbnail(std::optional<std::vector<char>> thumbnail) {
   thumbnail_.assign(std::move(thumbnail));
 }
 
+void const* Table::iGet(IProperty const& property, unsigned int* length, IBOOLEAN) const {
+  checkPropertyAccess(property);
+  return getValue(property, length);
+}
+
 void const* Table::getValue(IProperty const& property, unsigned int* length) const {
   switch (property.getPropertyId()) {
     case kKindPropertyId: return kind_ != nullptr ? kind_ : getDefaultKind();
@@ -144,6 +150,11 @@ void const* Table::getValue(IProperty const& property, unsigned int* length) con
     }
     default: return NamedElement::getValue(property, length);
   }
+}
+
+void Table::iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN) {
+  checkPropertyAccess(property);
+  setValue(property, value, length);
 }
 
 void Table::setValue(IProperty const& property, void* value, unsigned int length) {

@@ -71,14 +71,16 @@ class QVX_CATALOG_API Table : public NamedElement {
   std::optional<std::vector<char>> getThumbnail() const;
   void setThumbnail(std::optional<std::vector<char>> thumbnail);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
   explicit Table(IClass* objectClass);
 
   // The kind of a table whose kind was never set.
   virtual IEnumerationLiteral* getDefaultKind() const;
 
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   // Null until a kind is set: the default then applies.

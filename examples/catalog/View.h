@@ -19,10 +19,12 @@ class QVX_CATALOG_API View : public Table {
   std::optional<IUString> getQuery() const;
   void setQuery(std::optional<IUString> query);
 
+  void const* iGet(IProperty const& property, unsigned int* length, IBOOLEAN flag) const override;
+  void iSet(IProperty const& property, void* value, unsigned int length, IBOOLEAN flag) override;
  protected:
   IEnumerationLiteral* getDefaultKind() const override;
-  void const* getValue(IProperty const& property, unsigned int* length) const override;
-  void setValue(IProperty const& property, void* value, unsigned int length) override;
+  void const* getValue(IProperty const& property, unsigned int* length) const;
+  void setValue(IProperty const& property, void* value, unsigned int length);
 
  private:
   HeapOptional<IUString> query_;

@@ -91,6 +91,12 @@ class QVX_API ClassTable {
     if (slot < byId_.size() && byId_[slot].property == &property) return byId_[slot].entry;
     return idsAmbiguous_ ? findBySearch(property) : nullptr;
   }
+  // find(property) != nullptr, one load shorter: the check of every reflective access.
+  bool contains(IProperty const& property) const {
+    const auto slot = static_cast<std::size_t>(static_cast<std::uint32_t>(property.getPropertyId()));
+    if (slot < byId_.size() && byId_[slot].property == &property) return true;
+    return idsAmbiguous_ && findBySearch(property) != nullptr;
+  }
   // The first entry with this property name (the tie-break of IClass::getProperty), or null.
   Entry const* findByName(IUString const& name) const;
   // The entry of the as-element property whose wrapper element has this name, or null.

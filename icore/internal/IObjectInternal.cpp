@@ -193,11 +193,6 @@ void IObjectInternal::performChecksBeforeSet() const {
   if (iGetIdentity() != nullptr) throw IdentityException(qvxGetMsg(74002));
 }
 
-void IObjectInternal::checkPropertyAccess(IProperty const& property) const {
-  if (class_ == nullptr || !class_->hasProperty(property)) throwUnknownGet(property);
-  if (proxy_) checkNotProxy();
-}
-
 void IObjectInternal::throwProxyAccess() { throw UnresolvedProxyException(qvxGetMsg(75004)); }
 
 void IObjectInternal::throwUnknownGet(IProperty const& property) const {

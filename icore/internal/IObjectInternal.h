@@ -109,7 +109,8 @@ class QVX_API IObjectInternal : public IObject {
   // Helpers for the reflective contract of concrete classes.
   // Throws 73005 unless `property` belongs to this object's class, then 75004 on a proxy.
   // Every reflective access makes this check, through the class table in constant time.
-  void checkPropertyAccess(IProperty const& property) const;
+  // Inline, defined in icore/IClass.h where the class table is complete.
+  inline void checkPropertyAccess(IProperty const& property) const;
   // Throws 75004 when this object is a proxy (typed accessors call it first).
   // Inline: every typed accessor of every generated class starts with it.
   void checkNotProxy() const {

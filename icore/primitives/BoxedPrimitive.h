@@ -8,6 +8,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "icore/IClass.h"
 #include "icore/IProperty.h"
 #include "icore/internal/IObjectInternal.h"
 #include "platform/QvxAssert.h"

@@ -139,6 +139,36 @@ TEST(CatalogObjectsTest, PasswordIsKeptEncryptedAndReadBackInClearText) {
   EXPECT_EQ(infoOf(&catalog).get(*password, ITRUE), nullptr);
 }
 
+// Each catalog class checks the property itself before its own switch: a property of
+// another class is refused for get, set and hasItems alike, inherited ones still reach
+// the base class's values, and a reference takes its class or a subclass.
+TEST(CatalogObjectsTest, EveryClassChecksThePropertyBeforeItsOwnValues) {
+  auto* p = pkg();
+  ForeignKey key;
+  View view;
+  Table table;
+  IProperty* target = p->getForeignKey_TargetTableIProperty();
+  refer(&key, target, &view);
+  EXPECT_EQ(key.getTargetTable(), &view);
+  refer(&key, target, &table);
+  EXPECT_EQ(infoOf(&key).get(*target, IFALSE), static_cast<IObject*>(&table));
+  put(&view, p->getNamedElement_NameIProperty(), IUString("v1"));
+  EXPECT_EQ(view.getName(), IUString("v1"));
+  put(&view, p->getView_QueryIProperty(), IUString("select 1"));
+  EXPECT_EQ(view.getQuery(), IUString("select 1"));
+  EXPECT_EQ(*static_cast<IUString const*>(infoOf(&view).get(*p->getNamedElement_NameIProperty(), IFALSE)),
+            IUString("v1"));
+  IProperty* foreign = p->getForeignKey_ColumnsIProperty();
+  const IUString refused = qvxFormatMsg(73005, foreign->getName(), IUString("com.example.catalog.View"));
+  EXPECT_EQ(messageOf<IllegalArgumentException>([&] { infoOf(&view).get(*foreign, IFALSE); }), refused);
+  EXPECT_EQ(messageOf<IllegalArgumentException>([&] { refer(&view, foreign, nullptr); }), refused);
+  EXPECT_EQ(messageOf<IllegalArgumentException>([&] { infoOf(&view).hasItems(*foreign); }), refused);
+  EXPECT_EQ(messageOf<IllegalArgumentException>([&] { infoOf(&key).hasItems(*target); }),
+            qvxFormatMsg(73005, target->getName(), IUString("com.example.catalog.ForeignKey")));
+  EXPECT_FALSE(infoOf(&key).hasItems(*foreign));
+  EXPECT_EQ(infoOf(&view).getCardinality(*p->getTable_ColumnsIProperty()), 0);
+}
+
 std::unique_ptr<IObject> proxyOf(IClass* objectClass, const char* id) {
   IIdentity const* identity = new runtime::StringIdentity(IUString(id));
   return std::unique_ptr<IObject>(objectClass->createProxy(identity));
