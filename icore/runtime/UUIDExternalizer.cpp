@@ -49,6 +49,9 @@ struct UUIDExternalizer::Generator {
   std::uint64_t lastTimestamp = 0;
   unsigned char node[ACE_Utils::UUID_Node::NODE_ID_SIZE] = {};
   std::uint16_t clockSequenceBase = 0;
+  // ACE writes each new UUID here, under `mutex`: an ACE UUID is costly to make and
+  // destroy (it carries a string and a node of its own), so one serves every call.
+  ACE_Utils::UUID scratch;
 
   void drawNodeAndClockSequence();
 };
@@ -234,26 +237,24 @@ UUIIdentity* UUIDExternalizer::generateNewId() {
 }
 
 bool UUIDExternalizer::generateNewBytes(unsigned char* bytes) {
-  ACE_Utils::UUID uuid;
-  {
-    Generator& generator = *generator_;
-    std::lock_guard<std::mutex> lock(generator.mutex);
-    if (generator.ace == nullptr) {
-      return false;
-    }
-    generator.ace->generate_UUID(uuid, 1, kVariantRfc4122);
-    const std::uint64_t timestamp = (std::uint64_t{uuid.time_hi_and_version() & 0x0FFFu} << 48) |
-                                    (std::uint64_t{uuid.time_mid()} << 32) | uuid.time_low();
-    if (timestamp < generator.lastTimestamp) {
-      generator.drawNodeAndClockSequence();
-    }
-    generator.lastTimestamp = timestamp;
-    const unsigned aceSequence = ((uuid.clock_seq_hi_and_reserved() & 0x3Fu) << 8) | uuid.clock_seq_low();
-    const unsigned sequence = (aceSequence + generator.clockSequenceBase) & kClockSequenceMask;
-    bytes[8] = static_cast<unsigned char>(kVariantRfc4122 | (sequence >> 8));
-    bytes[9] = static_cast<unsigned char>(sequence);
-    std::memcpy(bytes + 10, generator.node, sizeof generator.node);
+  Generator& generator = *generator_;
+  std::lock_guard<std::mutex> lock(generator.mutex);
+  if (generator.ace == nullptr) {
+    return false;
   }
+  ACE_Utils::UUID& uuid = generator.scratch;
+  generator.ace->generate_UUID(uuid, 1, kVariantRfc4122);
+  const std::uint64_t timestamp = (std::uint64_t{uuid.time_hi_and_version() & 0x0FFFu} << 48) |
+                                  (std::uint64_t{uuid.time_mid()} << 32) | uuid.time_low();
+  if (timestamp < generator.lastTimestamp) {
+    generator.drawNodeAndClockSequence();
+  }
+  generator.lastTimestamp = timestamp;
+  const unsigned aceSequence = ((uuid.clock_seq_hi_and_reserved() & 0x3Fu) << 8) | uuid.clock_seq_low();
+  const unsigned sequence = (aceSequence + generator.clockSequenceBase) & kClockSequenceMask;
+  bytes[8] = static_cast<unsigned char>(kVariantRfc4122 | (sequence >> 8));
+  bytes[9] = static_cast<unsigned char>(sequence);
+  std::memcpy(bytes + 10, generator.node, sizeof generator.node);
   writeBigEndian(bytes, uuid.time_low(), 4);
   writeBigEndian(bytes + 4, uuid.time_mid(), 2);
   writeBigEndian(bytes + 6, uuid.time_hi_and_version(), 2);
