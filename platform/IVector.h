@@ -35,7 +35,9 @@ constexpr bool kHasValueBlocks = std::is_pointer_v<T> && std::is_arithmetic_v<st
 // The blocks of values of a vector of pointers to V. A block is never moved or
 // reallocated, so the address of a value stays valid for the life of the block; a slot
 // is not reused until every block is released. The first block, usually the only one,
-// carries an 8-byte header; later blocks also link to the block before them.
+// carries an 8-byte header; later blocks also link to the block before them. The first
+// block may also carry the vector's first buffer of pointers after its slots
+// (takeWithBuffer): a short list of numbers then costs one allocation, not two.
 template <typename V>
 class ValueBlocks {
  public:
@@ -61,6 +63,25 @@ class ValueBlocks {
     return slot;
   }
 
+  // The first slot, holding `value`, of a first block of `capacity` slots followed by
+  // room for `bufferBytes` aligned for pointers, which `buffer` receives. Only while
+  // there is no block. Throws std::bad_alloc when the block cannot be had.
+  V* takeWithBuffer(V value, std::uint32_t capacity, std::size_t bufferBytes, void*& buffer) {
+    capacity = std::clamp<std::uint32_t>(capacity, 1, kMaxBlockCapacity);
+    void* memory = ::operator new(bufferOffset(capacity) + bufferBytes);
+    last_ = ::new (memory) Header{capacity, 0, 0U, 1U};
+    buffer = bytesOf(last_) + bufferOffset(capacity);
+    return take(value, capacity);
+  }
+
+  // True when `buffer` is the room that takeWithBuffer gave: it goes with the blocks.
+  bool carries(const void* buffer) const {
+    if (last_ == nullptr || buffer == nullptr) return false;
+    Header* first = last_;
+    while (first->hasPrevious) first = previousOf(first);
+    return first->carriesBuffer && buffer == bytesOf(first) + bufferOffset(first->capacity);
+  }
+
   bool holds(const V* value) const {
     const auto address = reinterpret_cast<std::uintptr_t>(value);
     for (Header* block = last_; block != nullptr; block = previousOf(block)) {
@@ -79,12 +100,14 @@ class ValueBlocks {
   }
 
   void swap(ValueBlocks& other) noexcept { std::swap(last_, other.last_); }
+  bool any() const { return last_ != nullptr; }
 
  private:
   struct Header {
     std::uint32_t capacity;
-    std::uint32_t used : 31;
+    std::uint32_t used : 30;
     std::uint32_t hasPrevious : 1;
+    std::uint32_t carriesBuffer : 1;
   };
   // A block is its Header, then the link to the previous block when there is one, then
   // the slots, each part aligned for the next.
@@ -92,6 +115,12 @@ class ValueBlocks {
   static constexpr std::size_t slotOffset(bool hasPrevious) {
     const std::size_t start = hasPrevious ? kLinkOffset + sizeof(Header*) : sizeof(Header);
     return (start + alignof(V) - 1) / alignof(V) * alignof(V);
+  }
+  // Where a first block's room for the vector's buffer starts: after its slots,
+  // aligned for pointers.
+  static constexpr std::size_t bufferOffset(std::uint32_t capacity) {
+    const std::size_t end = slotOffset(false) + std::size_t{capacity} * sizeof(V);
+    return (end + alignof(void*) - 1) / alignof(void*) * alignof(void*);
   }
   static unsigned char* bytesOf(Header* block) { return reinterpret_cast<unsigned char*>(block); }
   static Header* previousOf(Header* block) {
@@ -107,13 +136,13 @@ class ValueBlocks {
         !hasPrevious ? std::clamp<std::uint32_t>(firstCapacity, 1, kMaxBlockCapacity)
                      : std::min<std::uint32_t>(last_->capacity, kMaxBlockCapacity / 2) * 2;
     void* memory = ::operator new(slotOffset(hasPrevious) + std::size_t{capacity} * sizeof(V));
-    auto* block = ::new (memory) Header{capacity, 0, hasPrevious ? 1U : 0U};
+    auto* block = ::new (memory) Header{capacity, 0, hasPrevious ? 1U : 0U, 0U};
     if (hasPrevious) ::new (bytesOf(block) + kLinkOffset) Header*(last_);
     last_ = block;
   }
 
-  // `used` has 31 bits.
-  static constexpr std::uint32_t kMaxBlockCapacity = 0x7FFFFFFFU;
+  // `used` has 30 bits.
+  static constexpr std::uint32_t kMaxBlockCapacity = 0x3FFFFFFFU;
 
   Header* last_ = nullptr;
 };
@@ -125,6 +154,7 @@ template <typename T, bool = kHasValueBlocks<T>>
 class ValueStore {
  public:
   bool holdsValue(const void*) const { return false; }
+  bool carriesBuffer(const void*) const { return false; }
   void releaseValueBlocks() noexcept {}
   void swapValueBlocks(ValueStore&) noexcept {}
 };
@@ -137,6 +167,7 @@ class ValueStore<T, true> {
   bool holdsValue(const void* value) const {
     return valueBlocks_.holds(static_cast<const std::remove_pointer_t<T>*>(value));
   }
+  bool carriesBuffer(const void* buffer) const { return valueBlocks_.carries(buffer); }
   void releaseValueBlocks() noexcept { valueBlocks_.release(); }
   void swapValueBlocks(ValueStore& other) noexcept { valueBlocks_.swap(other.valueBlocks_); }
 };
@@ -280,6 +311,7 @@ class IVector {
   template <typename Element = T>
   Element appendValue(std::remove_pointer_t<Element> value) {
     static_assert(ivector_detail::kHasValueBlocks<T>, "only vectors of pointers to numbers keep values");
+    if (data_ == nullptr && capacity_ > 0 && !store_.valueBlocks_.any()) return appendFirstValue(value);
     if (isFull()) makeRoomForOne();
     T slot = nullptr;
     try {
@@ -301,6 +333,8 @@ class IVector {
       if (!store_.holdsValue(element)) delete element;
     }
     clear();
+    // The buffer may go with the blocks; the next element then allocates a new one.
+    if (store_.carriesBuffer(data_)) data_ = nullptr;
     store_.releaseValueBlocks();
   }
 
@@ -350,6 +384,28 @@ class IVector {
     relocate(checkedCapacity(next));
   }
 
+  // The first value of a vector without buffer or blocks: one allocation for the first
+  // block and the buffer.
+  template <typename Element = T>
+  Element appendFirstValue(std::remove_pointer_t<Element> value) {
+    void* buffer = nullptr;
+    T slot = nullptr;
+    try {
+      slot = store_.valueBlocks_.takeWithBuffer(value, capacity_, std::size_t{capacity_} * sizeof(T), buffer);
+    } catch (const std::bad_alloc&) {
+      throw IVectorException(IVectorException::kFailedToGrow);
+    }
+    data_ = static_cast<T*>(buffer);
+    ::new (static_cast<void*>(data_)) T(slot);
+    size_ = 1;
+    return slot;
+  }
+
+  // Frees a buffer unless it lives in the first value block, which frees it.
+  void deallocate(T* buffer) noexcept {
+    if (!store_.carriesBuffer(buffer)) ::operator delete(buffer);
+  }
+
   static T* allocate(std::size_t capacity) {
     void* memory = ::operator new(capacity * sizeof(T), std::nothrow);
     if (memory == nullptr) throw IVectorException(IVectorException::kFailedToGrow);
@@ -370,14 +426,14 @@ class IVector {
       }
     }
     std::destroy(begin(), end());
-    ::operator delete(data_);
+    deallocate(data_);
     data_ = buffer;
     capacity_ = capacity;
   }
 
   void freeBuffer() noexcept {
     std::destroy(begin(), end());
-    ::operator delete(data_);
+    deallocate(data_);
   }
 
   T* data_ = nullptr;

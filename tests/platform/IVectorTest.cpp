@@ -125,6 +125,32 @@ TEST(IVectorTest, OwnValuesStayPutAsTheVectorGrowsAndOnlyOutsideValuesAreDeleted
   EXPECT_EQ(values[0], again);
 }
 
+// A short list of own values shares one allocation with its first buffer: every way
+// of leaving that buffer (growing, deleteValues, assignment, destruction) must free
+// the allocation exactly once (the sanitizer build reports anything else).
+TEST(IVectorTest, FirstBufferSharedWithTheValueBlockIsFreedOnceWhicheverWayItIsLeft) {
+  IVector<std::int16_t*> values(3);
+  values.appendValue(1);
+  values.appendValue(2);
+  values.deleteValues();  // buffer and block go together
+  EXPECT_TRUE(values.isEmpty());
+  values.append(new std::int16_t(7));  // a fresh buffer for an outside value
+  values.appendValue(8);
+  EXPECT_EQ(*values[0] + *values[1], 15);
+  values.deleteValues();
+
+  IVector<std::int16_t*> growing(2);
+  std::int16_t* first = growing.appendValue(10);
+  for (std::int16_t i = 11; i < 15; ++i) growing.appendValue(i);
+  EXPECT_EQ(growing[0], first);  // the buffer moved, the value did not
+  EXPECT_EQ(*growing[4], 14);
+  IVector<std::int16_t*> assigned(4);
+  assigned.appendValue(99);
+  assigned = growing;  // the old shared allocation is released
+  EXPECT_EQ(assigned[0], first);
+  assigned.clear();
+}
+
 TEST(IVectorTest, OwnValuesMoveWithTheVectorAndCopiesOnlyShareThem) {
   auto made = std::make_unique<IVector<double*>>(1);
   made->appendValue(1.5);
