@@ -52,14 +52,19 @@ ClassTable::ClassTable(IClass const& owner) : abstract_(owner.isAbstract() != IF
       idsAmbiguous_ = true;
       continue;
     }
-    const auto slot = static_cast<std::size_t>(entry.propertyId);
-    if (slot >= byId_.size()) byId_.resize(slot + 1);
-    if (byId_[slot].entry != nullptr) {
+    IdSlot& slot = slotToFill(static_cast<std::size_t>(entry.propertyId));
+    if (slot.entry != nullptr) {
       idsAmbiguous_ = true;
       continue;
     }
-    byId_[slot] = {entry.property, &entry};
+    slot = {entry.property, &entry};
   }
+}
+
+ClassTable::IdSlot& ClassTable::slotToFill(std::size_t id) {
+  if (id < kLowIds) return lowIds_[id];
+  if (id - kLowIds >= highIds_.size()) highIds_.resize(id - kLowIds + 1);
+  return highIds_[id - kLowIds];
 }
 
 ClassTable::~ClassTable() = default;

@@ -87,14 +87,14 @@ class QVX_API ClassTable {
   // The entry of `property` when it is one of the class's properties, else null. Found by
   // property id in constant time.
   Entry const* find(IProperty const& property) const {
-    const auto slot = static_cast<std::size_t>(static_cast<std::uint32_t>(property.getPropertyId()));
-    if (slot < byId_.size() && byId_[slot].property == &property) return byId_[slot].entry;
+    IdSlot const* slot = slotOf(property);
+    if (slot != nullptr && slot->property == &property) return slot->entry;
     return idsAmbiguous_ ? findBySearch(property) : nullptr;
   }
   // find(property) != nullptr, one load shorter: the check of every reflective access.
   bool contains(IProperty const& property) const {
-    const auto slot = static_cast<std::size_t>(static_cast<std::uint32_t>(property.getPropertyId()));
-    if (slot < byId_.size() && byId_[slot].property == &property) return true;
+    IdSlot const* slot = slotOf(property);
+    if (slot != nullptr && slot->property == &property) return true;
     return idsAmbiguous_ && findBySearch(property) != nullptr;
   }
   // The first entry with this property name (the tie-break of IClass::getProperty), or null.
@@ -105,15 +105,27 @@ class QVX_API ClassTable {
  private:
   Entry const* findBySearch(IProperty const& property) const;
 
-  std::vector<Entry> entries_;
-  // Indexed by property id; nulls where no property of the class has the id. The
+  // The index by property id; nulls where no property of the class has the id. The
   // property is kept beside its entry so that a look-up compares without reading the
   // entry itself (every reflective access makes one).
   struct IdSlot {
     IProperty const* property = nullptr;
     Entry const* entry = nullptr;
   };
-  std::vector<IdSlot> byId_;
+  // The slot for `property`'s id, or null beyond the last id. Ids below kLowIds, those
+  // of nearly every class, sit in the table itself: a look-up then reads no block
+  // other than the table.
+  IdSlot const* slotOf(IProperty const& property) const {
+    const auto id = static_cast<std::size_t>(static_cast<std::uint32_t>(property.getPropertyId()));
+    if (id < kLowIds) return &lowIds_[id];
+    return id - kLowIds < highIds_.size() ? &highIds_[id - kLowIds] : nullptr;
+  }
+  IdSlot& slotToFill(std::size_t id);
+
+  static constexpr std::size_t kLowIds = 32;
+  std::vector<Entry> entries_;
+  IdSlot lowIds_[kLowIds] = {};
+  std::vector<IdSlot> highIds_;  // ids from kLowIds on, at id - kLowIds
   std::unordered_map<IUString, Entry const*> byName_;
   std::unordered_map<IUString, Entry const*> byXmlElementName_;
   bool abstract_ = false;

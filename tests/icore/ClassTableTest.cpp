@@ -27,8 +27,9 @@ using internal::PropertyKind;
 
 // Base (abstract) { count, note as element "documentation", kind, tags 0..*, hidden
 // (abstract property) }; Derived : Base { clash (reuses the id of note), items 0..*
-// contained, link, owner (container), count (a second property of that name) };
-// Item { name }; enumeration Kind { ROUND, SQUARE }.
+// contained, link, owner (container), count (a second property of that name), far (an
+// id beyond those a table keeps in itself) };
+// Item { name, code (a high id) }; enumeration Kind { ROUND, SQUARE }.
 enum TypeId { kBase, kDerived, kItem, kKind };
 
 constexpr internal::ClassRow kClasses[] = {
@@ -55,7 +56,9 @@ constexpr internal::PropertyRow kProperties[] = {
     row(kDerived, 6, "link", kItem, 1, 0),
     row(kDerived, 7, "owner", kDerived, 1, internal::kContainer),
     row(kDerived, 8, "count", ICoreDatatypes::STRING_TYPE_ID, 1, 0),
+    row(kDerived, 40, "far", ICoreDatatypes::INTEGER_TYPE_ID, 1, 0),
     row(kItem, 0, "name", ICoreDatatypes::STRING_TYPE_ID, 1, 0),
+    row(kItem, 33, "code", ICoreDatatypes::INTEGER_TYPE_ID, 1, 0),
 };
 
 constexpr const char* kKindLiterals[] = {"ROUND", "SQUARE"};
@@ -95,7 +98,7 @@ TEST(ClassTableTest, EntriesFollowAllPropertiesAndDescribeEachKind) {
       "count primitive 1007 =7",    "note primitive 1010 =a b <documentation>", "kind enumeration =ROUND",
       "tags primitive many 1010",   "hidden primitive abstract 1005",           "clash primitive 1008",
       "items containment many",     "link reference",                           "owner reference container",
-      "count primitive 1010"};
+      "count primitive 1010",       "far primitive 1007"};
   std::vector<std::string> described;
   IVector<IProperty*> const& all = package.classById(kDerived)->getAllProperties(ITRUE);
   ASSERT_EQ(table.entries().size(), all.size());
@@ -127,6 +130,12 @@ TEST(ClassTableTest, FindsByIdDespiteAReusedIdAndRefusesForeignProperties) {
   EXPECT_FALSE(derived.hasProperty(*package.propertyById(kItem, 0)));
   EXPECT_EQ(package.classById(kBase)->getClassTable().find(*package.propertyById(kDerived, 5)), nullptr);
   EXPECT_EQ(package.classById(kBase)->getClassTable().find(*package.propertyById(kDerived, 1)), nullptr);
+  EXPECT_FALSE(package.classById(kBase)->hasProperty(*package.propertyById(kDerived, 40)));
+  // Item reuses no id, so its high id is found by the index alone.
+  ClassTable const& items = package.classById(kItem)->getClassTable();
+  EXPECT_EQ(items.find(*package.propertyById(kItem, 33))->nameUtf8, "code");
+  EXPECT_EQ(items.find(*package.propertyById(kDerived, 40)), nullptr);
+  EXPECT_EQ(items.find(*package.propertyById(kDerived, 6)), nullptr);
 }
 
 TEST(ClassTableTest, FindsByNameNearestTheRootAndByXmlElementName) {
