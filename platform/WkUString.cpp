@@ -3,6 +3,7 @@
 #include <locale.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -115,8 +116,15 @@ void WkUString::appendUtf8AsUtf16(std::u16string& out, const char* text, std::si
   out.reserve(out.size() + length);
   std::size_t i = 0;
   while (i < length) {
-    if (bytes[i] < 0x80) {  // fast path for ASCII runs
-      out.push_back(static_cast<char16_t>(bytes[i++]));
+    // An ASCII run (names and identities are nothing else) is widened into room made
+    // once, not unit by unit.
+    std::size_t runEnd = i;
+    while (runEnd < length && bytes[runEnd] < 0x80) ++runEnd;
+    if (runEnd > i) {
+      const std::size_t start = out.size();
+      out.resize(start + (runEnd - i));
+      std::copy(bytes + i, bytes + runEnd, out.begin() + static_cast<std::ptrdiff_t>(start));
+      i = runEnd;
       continue;
     }
     std::size_t consumed;
