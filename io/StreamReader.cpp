@@ -38,6 +38,10 @@ StreamReader::~StreamReader() = default;
 
 void StreamReader::checkStreamState(std::streamsize wanted, std::streamsize got) {
   if (got == wanted && source_->good()) return;
+  failShortRead(wanted, got);
+}
+
+void StreamReader::failShortRead(std::streamsize wanted, std::streamsize got) {
   if (got != wanted) source_->setstate(std::ios_base::eofbit | std::ios_base::failbit);
   throw IOException(withOffset(80002, offset_));
 }
@@ -48,19 +52,6 @@ void StreamReader::readExactly(char* target, std::size_t count) {
   const std::streamsize got = buffer != nullptr && source_->good() ? buffer->sgetn(target, wanted) : 0;
   offset_ += got;
   checkStreamState(wanted, got);
-}
-
-char StreamReader::readByte() {
-  std::streambuf* buffer = source_->rdbuf();
-  if (buffer != nullptr && source_->good()) {
-    const auto next = buffer->sbumpc();
-    if (next != std::char_traits<char>::eof()) {
-      ++offset_;
-      return static_cast<char>(next);
-    }
-  }
-  checkStreamState(1, 0);
-  return 0;
 }
 
 float StreamReader::readFloat() {

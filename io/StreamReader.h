@@ -10,7 +10,7 @@
 #pragma once
 
 #include <cstdint>
-#include <iosfwd>
+#include <istream>
 #include <string>
 
 #include "platform/IStatus.h"
@@ -30,7 +30,18 @@ class QVX_API StreamReader {
   StreamReader& operator=(const StreamReader&) = delete;
   ~StreamReader();
 
-  char readByte();
+  // Inline: markers, flags and booleans are read a byte at a time.
+  char readByte() {
+    std::streambuf* buffer = source_->rdbuf();
+    if (buffer != nullptr && source_->good()) {
+      const auto next = buffer->sbumpc();
+      if (next != std::char_traits<char>::eof()) {
+        ++offset_;
+        return static_cast<char>(next);
+      }
+    }
+    failShortRead(1, 0);
+  }
   IBOOLEAN readBoolean() { return readByte() == 1 ? ITRUE : IFALSE; }
   short readShort() { return static_cast<short>(readBigEndian<std::uint16_t>()); }
   unsigned short readUnichar() { return readBigEndian<std::uint16_t>(); }
@@ -57,16 +68,20 @@ class QVX_API StreamReader {
 
  private:
   void checkStreamState(std::streamsize wanted, std::streamsize got);
+  // IOException 80002 for a read that got `got` of `wanted` bytes.
+  [[noreturn]] void failShortRead(std::streamsize wanted, std::streamsize got);
   void readExactly(char* target, std::size_t count);
   // The `length` bytes of a string or blob, grown as they arrive.
   void readBlock(std::size_t length, std::string& into);
   void skip(std::size_t length);
+  // Byte by byte through the stream's inline buffer access: numbers are 2 to 8 bytes,
+  // where one virtual bulk read per number costs more than the bytes.
   template <typename Unsigned>
   Unsigned readBigEndian() {
-    unsigned char bytes[sizeof(Unsigned)];
-    readExactly(reinterpret_cast<char*>(bytes), sizeof bytes);
     Unsigned value = 0;
-    for (unsigned char byte : bytes) value = static_cast<Unsigned>((value << 8) | byte);
+    for (std::size_t index = 0; index < sizeof(Unsigned); ++index) {
+      value = static_cast<Unsigned>((value << 8) | static_cast<unsigned char>(readByte()));
+    }
     return value;
   }
 
