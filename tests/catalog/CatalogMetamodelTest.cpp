@@ -47,21 +47,12 @@ const std::vector<std::string> kProperties = {
 const std::vector<std::string> kEnums = {"DataType VARCHAR CHAR INTEGER BIGINT DECIMAL DOUBLE DATE TIMESTAMP BOOLEAN BLOB",
                                          "TableKind TABLE VIEW EXTERNAL", "RefRule CASCADE RESTRICT SET_NULL NO_ACTION"};
 
-std::string namesOf(IVector<IProperty*> const& properties) {
-  std::string names;
-  for (IProperty const* p : properties) names += p->getDeclaringClass()->getName().toUtf8() + "." + p->getName().toUtf8() + " ";
-  return names;
-}
-
-TEST(CatalogMetamodelTest, PackageIsRegisteredWithItsNamesVersionAndFactory) {
+TEST(CatalogMetamodelTest, IsRegisteredWithItsNamesVersionAndFactoryAndItsTypesMatchTheTables) {
   EXPECT_EQ(QVXRuntime::getInstance()->getIPackageForName("com.example.catalog"), pkg());
   EXPECT_EQ(pkg()->getVersion(), IUString("1.2.0"));
   EXPECT_EQ(pkg()->getXMLPackageNsPrefix(), IUString("cat"));
   EXPECT_EQ(pkg()->getFactory(), com::example::catalog::CatalogIFactory::iGetInstance());
   EXPECT_EQ(pkg()->getFactory()->getPackage(), pkg());
-}
-
-TEST(CatalogMetamodelTest, TypesClassesAndPropertiesMatchTheTables) {
   std::vector<std::string> classes, enums;
   for (std::size_t typeId = 0; typeId < pkg()->getTypes().size(); ++typeId) {
     IType* type = pkg()->getTypes()[typeId];
@@ -99,12 +90,12 @@ TEST(CatalogMetamodelTest, TypesClassesAndPropertiesMatchTheTables) {
 
 TEST(CatalogMetamodelTest, ViewKindReplacesTableKindOnlyWhenRedefinedPropertiesArePruned) {
   IClass* view = pkg()->getViewIClass();
-  const std::string kept = namesOf(view->getAllProperties(ITRUE));
+  const std::string kept = qvx_test::namesOf(view->getAllProperties(ITRUE));
   EXPECT_EQ(kept, "NamedElement.name NamedElement.description Table.kind Table.rowCount Table.columns "
                   "Table.primaryKey Table.foreignKeys Table.tags Table.layout Table.thumbnail View.query View.kind ");
   std::string pruned = kept;
   pruned.erase(pruned.find("Table.kind "), 11);
-  EXPECT_EQ(namesOf(view->getAllProperties(IFALSE)), pruned);
+  EXPECT_EQ(qvx_test::namesOf(view->getAllProperties(IFALSE)), pruned);
   EXPECT_EQ(pkg()->getView_KindIProperty()->getRootProperty(), pkg()->getTable_KindIProperty());
   EXPECT_EQ(view->getProperty("kind"), pkg()->getTable_KindIProperty());
   EXPECT_EQ(pkg()->getTableIClass()->getAllProperties(IFALSE).size(), 10U);  // a table keeps its kind

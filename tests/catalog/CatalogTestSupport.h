@@ -47,4 +47,18 @@ inline void useTestEncryptionKey() {
   WkEncryption::setKey(key, sizeof key);
 }
 
+// What a copy of buildCatalog(kSmallCatalog) that was read back keeps besides equal
+// values: the seed registry's own data types in order, a column's table and type, and
+// the password in clear text.
+inline void expectCopyKeepsSeedsAndPassword(catalog::Catalog* copy) {
+  ASSERT_EQ(copy->getDataTypes().size(), 10U);
+  for (std::size_t i = 0; i < 10; ++i) {
+    EXPECT_EQ(copy->getDataTypes()[i], catalog::CatalogSeeds::getDataTypeSeed(static_cast<catalog::DataType>(i)));
+  }
+  catalog::Table* table = copy->getSchemas()[1]->getTables()[3];
+  EXPECT_EQ(table->getColumns()[2]->getTable(), table);
+  EXPECT_EQ(table->getColumns()[2]->getType(), catalog::CatalogSeeds::getDataTypeSeed(catalog::DataType::INTEGER));
+  EXPECT_EQ(copy->getConnectionPassword(), std::optional<IUString>(IUString("s3cret")));
+}
+
 }  // namespace catalog_test

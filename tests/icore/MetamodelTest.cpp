@@ -14,15 +14,13 @@
 #include "icore/ICoreDatatypes.h"
 #include "icore/IDatatype.h"
 #include "icore/IEnumeration.h"
-#include "icore/IEnumerationLiteral.h"
 #include "icore/IPackage.h"
-#include "icore/IProperty.h"
 #include "icore/IRedefinability.h"
 #include "icore/IReferenceScope.h"
-#include "icore/IcoreIPackage.h"
 #include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "tests/support/AssertionCatcher.h"
+#include "tests/support/MetamodelText.h"
 #include "tests/support/ThrownMessage.h"
 
 namespace {
@@ -73,22 +71,16 @@ class SamplePackage : public IPackage {
   using IPackage::propertyById;
 };
 
-std::string namesOf(IVector<IProperty*> const& properties) {
-  std::string names;
-  for (IProperty const* p : properties) names += p->getDeclaringClass()->getName().toUtf8() + "." + p->getName().toUtf8() + " ";
-  return names;
-}
-
 IcoreIPackage& core() { return *IcoreIPackage::iGetInstance(); }
 
 TEST(IClassTest, AllPropertiesComeRootFirstAndRedefinedOnesArePrunedOnlyOnRequest) {
   SamplePackage package;
   IClass* square = package.classById(kSquare);
-  EXPECT_EQ(namesOf(square->getAllProperties(ITRUE)), "Shape.x Shape.a Shape.size Shape.bounded Polygon.x "
+  EXPECT_EQ(qvx_test::namesOf(square->getAllProperties(ITRUE)), "Shape.x Shape.a Shape.size Shape.bounded Polygon.x "
             "Polygon.sides Polygon.widened Polygon.kept Polygon.dangling Square.edge ");
-  EXPECT_EQ(namesOf(square->getAllProperties(IFALSE)),
+  EXPECT_EQ(qvx_test::namesOf(square->getAllProperties(IFALSE)),
             "Shape.a Polygon.x Polygon.widened Polygon.kept Polygon.dangling Square.edge ");
-  EXPECT_EQ(namesOf(package.classById(kPolygon)->getAllProperties(IFALSE)),
+  EXPECT_EQ(qvx_test::namesOf(package.classById(kPolygon)->getAllProperties(IFALSE)),
             "Shape.a Polygon.x Polygon.sides Polygon.widened Polygon.kept Polygon.dangling ");
   // A shared name finds the property nearest the root; the declared look-up its own.
   EXPECT_EQ(square->getProperty("x"), package.propertyById(kShape, 0));

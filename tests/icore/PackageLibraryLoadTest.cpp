@@ -5,9 +5,7 @@
 
 #include <string>
 
-#include "icore/IPackage.h"
 #include "icore/QVXMsgCatalog.h"
-#include "icore/QVXRuntime.h"
 #include "tests/support/FreshProcess.h"
 #include "tests/support/TestPackage.h"
 #include "tests/support/TestPackageLoader.h"

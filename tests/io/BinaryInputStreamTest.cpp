@@ -6,9 +6,6 @@
 #include <memory>
 #include <sstream>
 
-#include "examples/catalog/Position.h"
-#include "icore/IObject.h"
-#include "icore/QVXMsgCatalog.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "platform/WkDate.h"
 #include "tests/io/BinaryStreamTestSupport.h"
@@ -34,12 +31,9 @@ class BinaryInputStreamTest : public ::testing::Test {
   std::unique_ptr<QVXBinaryInputStream> stream_;
 };
 
-// A Position record with the given descriptor version and extra declared properties.
-std::string positionRecord(const std::string& version, int x, int y, const std::string& extraEntries = "",
-                           int extraCount = 0, const std::string& extraValues = "") {
-  return bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") + text(version) +
-         bytes({0, 2 + extraCount, 0x12}) + bytes({0x08}) + text("x") + extraEntries + bytes({0x08}) + text("y") +
-         bytes({0x12, 0x12, 0x12, 0x12}) + bytes({0x08}) + int32(x) + extraValues + bytes({0x08}) + int32(y);
+// A whole Position record: its descriptor of the given package version, then x and y.
+std::string positionRecord(const std::string& version, int x, int y) {
+  return bytes({0x03}) + positionDescriptor(0, version) + positionBody(x, y);
 }
 
 int xOf(icore::IObject* object) { return static_cast<catalog::Position*>(object)->getX(); }
@@ -144,7 +138,10 @@ TEST_F(BinaryInputStreamTest, AnObjectWhoseStreamClassHasAnExtraPropertyLoadsInt
   const std::string nested = bytes({0x03, 0x04}) + int32(1) + text("com.example.catalog.Gone") + text("1.0") +
                              bytes({0, 1, 0x12, 0x0D}) + text("label") + bytes({0x35}) + int32(2) + bytes({0x1D}) +
                              text("not:an identity") + bytes({0x12, 0x12, 0x0D}) + text("dropped");
-  const std::string data = header() + positionRecord("1.2.0", 3, 4, extraEntry, 1, bytes({0x13}) + nested);
+  const std::string data = header() + bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") +
+                           text("1.2.0") + bytes({0, 3, 0x12, 0x08}) + text("x") + extraEntry + bytes({0x08}) + text("y") +
+                           bytes({0x12, 0x12, 0x12, 0x12, 0x08}) + int32(3) + bytes({0x13}) + nested + bytes({0x08}) +
+                           int32(4);
   std::unique_ptr<icore::IObject> position(streamOf(data).readObject());
   ASSERT_NE(position, nullptr);
   EXPECT_EQ(xOf(position.get()), 3);
@@ -164,8 +161,7 @@ TEST_F(BinaryInputStreamTest, ADifferentMajorPackageVersionIsRefused) {
 
 TEST_F(BinaryInputStreamTest, AnnotationsInEveryFormAreReadAndIgnored) {
   const std::string body = bytes({0x08}) + int32(5) + bytes({0x08}) + int32(6);
-  const std::string descriptor = bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") +
-                                 text("1.2.0") + bytes({0, 2, 0x12, 0x08}) + text("x") + bytes({0x08}) + text("y");
+  const std::string descriptor = bytes({0x03}) + positionDescriptor();
   // The single byte 0x21 stands for the whole annotations part.
   std::unique_ptr<icore::IObject> skipped(
       streamOf(header() + descriptor + bytes({0x12, 0x12, 0x21}) + body).readObject());
@@ -186,9 +182,8 @@ TEST_F(BinaryInputStreamTest, AnnotationsInEveryFormAreReadAndIgnored) {
 }
 
 TEST_F(BinaryInputStreamTest, ALongIdentityIsConsumedAndDropped) {
-  const std::string data = bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") + text("1.2.0") +
-                           bytes({0, 2, 0x12, 0x08}) + text("x") + bytes({0x08}) + text("y") + bytes({0x12, 0x36}) +
-                           int32(0) + int32(42) + bytes({0x12, 0x12, 0x08}) + int32(1) + bytes({0x08}) + int32(2);
+  const std::string data = bytes({0x03}) + positionDescriptor() + bytes({0x12, 0x36}) + int32(0) + int32(42) +
+                           bytes({0x12, 0x12, 0x08}) + int32(1) + bytes({0x08}) + int32(2);
   std::unique_ptr<icore::IObject> position(streamOf(header() + data).readObject());
   ASSERT_NE(position, nullptr);
   EXPECT_EQ(yOf(position.get()), 2);

@@ -2,20 +2,11 @@
 // handles, value-class objects, skipped properties, lists and the end marker.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <sstream>
 
-#include "examples/catalog/Catalog.h"
-#include "examples/catalog/CatalogIPackage.h"
-#include "examples/catalog/Column.h"
-#include "examples/catalog/DataTypeDef.h"
-#include "examples/catalog/Position.h"
-#include "examples/catalog/Table.h"
-#include "icore/IClass.h"
 #include "icore/IIdentity.h"
-#include "icore/IObjectInfo.h"
-#include "icore/QVXMsgCatalog.h"
-#include "icore/QVXRuntime.h"
 #include "icore/exception/IllegalArgumentException.h"
 #include "platform/WkDate.h"
 #include "tests/io/BinaryStreamTestSupport.h"
@@ -34,30 +25,67 @@ class BinaryOutputStreamTest : public ::testing::Test {
   QVXBinaryOutputStream stream_{&out_, nullptr, nullptr};
 };
 
-std::string positionDescriptor(int handle) {
-  return bytes({0x04}) + int32(handle) + text("com.example.catalog.Position") + text("1.2.0") + bytes({0, 2, 0x12}) +
-         bytes({0x08}) + text("x") + bytes({0x08}) + text("y");
-}
-
-// The handle, identity and annotations parts of a value-class object, and its x and y.
-std::string positionBody(int x, int y) {
-  return bytes({0x12, 0x12, 0x12, 0x12}) + bytes({0x08}) + int32(x) + bytes({0x08}) + int32(y);
-}
-
-TEST_F(BinaryOutputStreamTest, ANullObjectOnAFreshStreamIsTheHeaderAndTC_NULL) {
-  stream_.writeObject(nullptr);
-  EXPECT_EQ(out_.str(), bytes({0x01, 0, 0, 0, 6}) + "14.0.0" + bytes({0x10}));
-}
-
-TEST_F(BinaryOutputStreamTest, ValueClassObjectsAreWrittenInFullEachTimeWithoutHandles) {
+// What each kind of item writes, from a fresh stream (so after the header, when there
+// is one).
+TEST_F(BinaryOutputStreamTest, EachKindOfItemIsWrittenWithItsMarkers) {
+  icore::QVXRuntime* runtime = icore::QVXRuntime::getInstance();
   catalog::Position first(3, 4);
   catalog::Position equal(3, 4);
-  stream_.writeObject(&first);
-  stream_.writeObject(&equal);
-  stream_.writeObject(&first);
-  const std::string record = bytes({0x03}) + positionDescriptor(0) + positionBody(3, 4);
-  const std::string again = bytes({0x03, 0x02}) + int32(0) + positionBody(3, 4);
-  EXPECT_EQ(out_.str(), header() + record + again + again);
+  int one = 1;
+  IVector<int*> ints;
+  ints.append(&one);
+  ints.append(nullptr);
+  IVector<icore::IObject*> objects;
+  objects.append(&first);
+  objects.append(nullptr);
+  icore::IIdentity const* identity = runtime->generateNewId();
+  std::unique_ptr<icore::IObject> proxy(catalog::CatalogIPackage::iGetInstance()->getTableIClass()->createProxy(identity));
+  icore::IObject* seed = catalog::CatalogSeeds::getDataTypeSeed(catalog::DataType::INTEGER);
+  const std::string positionAgain = bytes({0x03, 0x02}) + int32(0) + positionBody(3, 4);
+  const struct {
+    std::function<void(QVXBinaryOutputStream&)> write;
+    std::string expected;
+  } cases[] = {
+      {[](QVXBinaryOutputStream& s) { s.writeObject(nullptr); }, bytes({0x01, 0, 0, 0, 6}) + "14.0.0" + bytes({0x10})},
+      {[](QVXBinaryOutputStream& s) { s.markEnd(); }, bytes({0x34})},
+      // Value-class objects are written in full each time, equal or not, without handles.
+      {[&](QVXBinaryOutputStream& s) {
+         s.writeObject(&first);
+         s.writeObject(&equal);
+         s.writeObject(&first);
+       },
+       header() + bytes({0x03}) + positionDescriptor() + positionBody(3, 4) + positionAgain + positionAgain},
+      {[&](QVXBinaryOutputStream& s) { s.writeInts(&ints); },
+       header() + bytes({0x25}) + int32(2) + bytes({0x08}) + int32(1) + bytes({0x10})},
+      {[&](QVXBinaryOutputStream& s) { s.writeObjects(&objects); },
+       header() + bytes({0x1C}) + int32(2) + bytes({0x03}) + positionDescriptor() + positionBody(3, 4) + bytes({0x10})},
+      {[](QVXBinaryOutputStream& s) {
+         s.writeByte(7);
+         s.writeBoolean(ITRUE);
+         s.writeShort(-2);
+         s.writeUnichar(0x41);
+         s.writeString("s");
+         s.writeBlob("\x05", 1);
+         s.writeDate(nullptr);
+       },
+       header() + bytes({0x05, 7, 0x06, 1, 0x07, 0xFF, 0xFE, 0x0C, 0, 0x41, 0x0D}) + text("s") + bytes({0x0E}) +
+           int32(1) + bytes({5, 0x10})},
+      // A proxy by class and identity, then by handle; a seed by its seed identity.
+      {[&](QVXBinaryOutputStream& s) {
+         s.writeObject(proxy.get());
+         s.writeObject(proxy.get());
+       },
+       header() + bytes({0x03, 0x15}) + int32(0) + text("com.example.catalog.Table") +
+           text(runtime->identityToString(identity).toUtf8()) + bytes({0x12, 0x12, 0x11}) + int32(0)},
+      {[&](QVXBinaryOutputStream& s) { s.writeObject(seed); },
+       header() + bytes({0x03, 0x17}) + int32(0) + text(runtime->getIObjectInfo(seed)->getIdentityString().toUtf8())},
+  };
+  for (const auto& c : cases) {
+    std::ostringstream out;
+    QVXBinaryOutputStream stream(&out, nullptr, nullptr);
+    c.write(stream);
+    EXPECT_EQ(out.str(), c.expected);
+  }
 }
 
 TEST_F(BinaryOutputStreamTest, AnObjectWrittenTwiceIsAReferenceTheSecondTime) {
@@ -105,60 +133,6 @@ TEST_F(BinaryOutputStreamTest, EmptyAndNullListsThrowAndWriteNothing) {
   EXPECT_EQ(messageOf<IOException>([&] { stream_.writeInts(&noInts); }), icore::qvxGetMsg(80004));
   EXPECT_EQ(messageOf<IOException>([&] { stream_.writeInts(nullptr); }), icore::qvxGetMsg(80007));
   EXPECT_TRUE(out_.str().empty());
-}
-
-TEST_F(BinaryOutputStreamTest, ListsOfPrimitivesMarkEachElementAndNullElements) {
-  int one = 1;
-  IVector<int*> ints;
-  ints.append(&one);
-  ints.append(nullptr);
-  stream_.writeInts(&ints);
-  EXPECT_EQ(out_.str(), header() + bytes({0x25}) + int32(2) + bytes({0x08}) + int32(1) + bytes({0x10}));
-}
-
-TEST_F(BinaryOutputStreamTest, SinglePrimitivesCarryTheirMarkers) {
-  stream_.writeByte(7);
-  stream_.writeBoolean(ITRUE);
-  stream_.writeShort(-2);
-  stream_.writeUnichar(0x41);
-  stream_.writeString("s");
-  stream_.writeBlob("\x05", 1);
-  stream_.writeDate(nullptr);
-  EXPECT_EQ(out_.str(), header() + bytes({0x05, 7, 0x06, 1, 0x07, 0xFF, 0xFE, 0x0C, 0, 0x41, 0x0D}) + text("s") +
-                            bytes({0x0E}) + int32(1) + bytes({5, 0x10}));
-}
-
-TEST_F(BinaryOutputStreamTest, MarkEndOnAFreshStreamIsOneByte) {
-  stream_.markEnd();
-  EXPECT_EQ(out_.str(), bytes({0x34}));
-}
-
-TEST_F(BinaryOutputStreamTest, AListOfObjectsCountsItsElementsAndWritesNullElements) {
-  catalog::Position position(1, 2);
-  IVector<icore::IObject*> objects;
-  objects.append(&position);
-  objects.append(nullptr);
-  stream_.writeObjects(&objects);
-  EXPECT_EQ(out_.str(), header() + bytes({0x1C}) + int32(2) + bytes({0x03}) + positionDescriptor(0) +
-                            positionBody(1, 2) + bytes({0x10}));
-}
-
-TEST_F(BinaryOutputStreamTest, AProxyIsWrittenByClassAndIdentity) {
-  icore::IIdentity const* identity = icore::QVXRuntime::getInstance()->generateNewId();
-  const IUString identityText = icore::QVXRuntime::getInstance()->identityToString(identity);
-  std::unique_ptr<icore::IObject> proxy(catalog::CatalogIPackage::iGetInstance()->getTableIClass()->createProxy(identity));
-  stream_.writeObject(proxy.get());
-  stream_.writeObject(proxy.get());
-  EXPECT_EQ(out_.str(), header() + bytes({0x03, 0x15}) + int32(0) + text("com.example.catalog.Table") +
-                            text(identityText.toUtf8()) + bytes({0x12, 0x12}) + bytes({0x11}) + int32(0));
-}
-
-TEST_F(BinaryOutputStreamTest, ASeededObjectIsWrittenByItsSeedIdentity) {
-  catalog::DataTypeDef* seed = catalog::CatalogSeeds::getDataTypeSeed(catalog::DataType::INTEGER);
-  ASSERT_NE(seed, nullptr);
-  stream_.writeObject(seed);
-  EXPECT_EQ(out_.str(), header() + bytes({0x03, 0x17}) + int32(0) +
-                            text(icore::QVXRuntime::getInstance()->getIObjectInfo(seed)->getIdentityString().toUtf8()));
 }
 
 TEST_F(BinaryOutputStreamTest, ANullOutputStreamIsRefusedAndLogged) {

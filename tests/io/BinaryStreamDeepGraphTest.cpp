@@ -9,9 +9,6 @@
 #include <memory>
 #include <sstream>
 
-#include "icore/IObject.h"
-#include "icore/ObjectGraphComparator.h"
-#include "icore/internal/IObjectInternal.h"
 #include "tests/io/BinaryStreamTestSupport.h"
 #include "tests/support/TestPackageAccess.h"
 

@@ -8,10 +8,6 @@
 #include <memory>
 #include <sstream>
 
-#include "examples/catalog/Catalog.h"
-#include "examples/catalog/CatalogWorkload.h"
-#include "icore/IObject.h"
-#include "icore/QVXMsgCatalog.h"
 #include "tests/io/BinaryStreamTestSupport.h"
 #include "tests/support/TestPackageAccess.h"
 
@@ -118,9 +114,7 @@ TEST_F(BinaryStreamHostileTest, HandlesOutOfRangeOrOfTheWrongKindAreRefused) {
   EXPECT_TRUE(unknown.startsWith(icore::qvxGetMsg(81005))) << unknown.toUtf8();
   EXPECT_FALSE(readAll(header() + bytes({0x11}) + int32(-3)).isEmpty());
   // Handle 0 holds a class descriptor, not an object; and an object is no descriptor.
-  const std::string position = bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") +
-                               text("1.2.0") + bytes({0, 2, 0x12, 0x08}) + text("x") + bytes({0x08}) + text("y") +
-                               bytes({0x12, 0x12, 0x12, 0x12, 0x1B, 0x1B});
+  const std::string position = bytes({0x03}) + positionDescriptor() + bytes({0x12, 0x12, 0x12, 0x12, 0x1B, 0x1B});
   const IUString notAnObject = readAll(header() + position + bytes({0x11}) + int32(0));
   EXPECT_TRUE(notAnObject.startsWith(icore::qvxGetMsg(81005))) << notAnObject.toUtf8();
   const std::string table = bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Table") + text("1.2.0") +
@@ -137,9 +131,8 @@ TEST_F(BinaryStreamHostileTest, ADescriptorThatDisagreesWithTheRegisteredClassIs
   const IUString message = readAll(header() + wrong);
   EXPECT_TRUE(mentions(message, "TC_BYTE TC_BOOLEAN")) << message.toUtf8();
   // A value marker that does not match the descriptor's entry.
-  const std::string mismatch = bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Position") +
-                               text("1.2.0") + bytes({0, 2, 0x12, 0x08}) + text("x") + bytes({0x08}) + text("y") +
-                               bytes({0x12, 0x12, 0x12, 0x12, 0x09}) + int32(0) + int32(3);
+  const std::string mismatch =
+      bytes({0x03}) + positionDescriptor() + bytes({0x12, 0x12, 0x12, 0x12, 0x09}) + int32(0) + int32(3);
   EXPECT_FALSE(readAll(header() + mismatch).isEmpty());
   // An unknown class and an unknown package.
   EXPECT_TRUE(readAll(header() + bytes({0x03, 0x04}) + int32(0) + text("com.example.catalog.Nope") + text("1.2.0") +

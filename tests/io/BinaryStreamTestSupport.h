@@ -11,15 +11,14 @@
 #include <string>
 #include <vector>
 
-#include "examples/catalog/CatalogSeeds.h"
 #include "io/QVXBinaryInputStream.h"
 #include "io/QVXBinaryOutputStream.h"
 #include "io/exception/IOException.h"
 #include "io/exception/InvalidDataException.h"
 #include "platform/IUString.h"
-#include "platform/WkEncryption.h"
+#include "tests/catalog/CatalogTestSupport.h"
+#include "tests/support/RecordingLogger.h"
 #include "tests/support/ThrownMessage.h"
-#include "utils/ILogger.h"
 
 namespace binary_test {
 
@@ -48,35 +47,27 @@ inline std::string text(const std::string& utf8) { return int32(static_cast<std:
 // 01 00 00 00 06 "14.0.0"
 inline std::string header() { return bytes({0x01}) + text("14.0.0"); }
 
+// The class descriptor of the catalog's Position from its marker 04: handle, name,
+// package version and the int properties x and y.
+inline std::string positionDescriptor(int handle = 0, const std::string& version = "1.2.0") {
+  return bytes({0x04}) + int32(handle) + text("com.example.catalog.Position") + text(version) +
+         bytes({0, 2, 0x12, 0x08}) + text("x") + bytes({0x08}) + text("y");
+}
+
+// The handle, identity and annotations parts of a Position (none of each), and its x and y.
+inline std::string positionBody(int x, int y) {
+  return bytes({0x12, 0x12, 0x12, 0x12, 0x08}) + int32(x) + bytes({0x08}) + int32(y);
+}
+
 // Starts with the catalog's seeds available and the encryption key its password needs.
 inline void prepareCatalog() {
-  unsigned char key[WkEncryption::kKeyLength];
-  for (std::size_t i = 0; i < sizeof key; ++i) key[i] = static_cast<unsigned char>(i * 11 + 3);
-  WkEncryption::setKey(key, sizeof key);
+  catalog_test::useTestEncryptionKey();
   com::example::catalog::CatalogSeeds::registerSeedLoader();
 }
 
 // Whether `text` contains `part`.
 inline bool mentions(const IUString& message, const char* part) { return message.find(IUString(part)) != IUString::npos; }
 
-// Keeps every line it is given, with its level.
-class RecordingLogger : public com::veltrana::qvx::utils::ILogger {
- public:
-  explicit RecordingLogger(std::int32_t level) : ILogger(level) {}
-  void logMessage(const WkDate*, MsgLevel level, const IUString& message, int, const IUString&) override {
-    lines.push_back({level, message.toUtf8()});
-  }
-  bool has(MsgLevel level, const std::string& message) const {
-    for (const auto& line : lines) {
-      if (line.level == level && line.text == message) return true;
-    }
-    return false;
-  }
-  struct Line {
-    MsgLevel level;
-    std::string text;
-  };
-  std::vector<Line> lines;
-};
+using qvx_test::RecordingLogger;
 
 }  // namespace binary_test

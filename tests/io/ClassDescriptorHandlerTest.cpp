@@ -5,13 +5,7 @@
 #include <memory>
 #include <sstream>
 
-#include "examples/catalog/CatalogIPackage.h"
-#include "examples/catalog/Position.h"
-#include "examples/catalog/Table.h"
-#include "icore/IClass.h"
 #include "icore/IPackage.h"
-#include "icore/IProperty.h"
-#include "icore/QVXMsgCatalog.h"
 #include "io/ClassDescriptorHandler.h"
 #include "io/HandleManager.h"
 #include "io/StreamReader.h"

@@ -4,13 +4,7 @@
 
 #include <sstream>
 
-#include "icore/IClass.h"
-#include "icore/IObject.h"
-#include "icore/IObjectInfo.h"
-#include "icore/IPackage.h"
-#include "icore/IProperty.h"
 #include "icore/QVXMsgCatalog.h"
-#include "icore/QVXRuntime.h"
 #include "icore/runtime/SeedRegistry.h"
 #include "io/ResourceResolver.h"
 #include "tests/io/XMLDocumentSupport.h"

@@ -8,7 +8,6 @@
 #include <memory>
 #include <sstream>
 
-#include "icore/QVXMsgCatalog.h"
 #include "io/StreamReader.h"
 #include "io/StreamWriter.h"
 #include "platform/WkDate.h"

@@ -13,6 +13,7 @@
 #include "io/exception/IOException.h"
 #include "io/exception/SerializationException.h"
 #include "tests/support/TestPackageAccess.h"
+#include "tests/support/RecordingLogger.h"
 #include "tests/support/ThrownMessage.h"
 #include "utils/ILogger.h"
 
@@ -44,15 +45,7 @@ inline std::string document(const std::string& body, const std::string& root = r
   return kHeader + root + body + "</ozl:OZL>\n";
 }
 
-// Collects the lines a reader logs.
-class CollectingLogger : public com::veltrana::qvx::utils::ILogger {
- public:
-  CollectingLogger() : ILogger(PROGRESS_LEVEL) {}
-  void logMessage(const WkDate*, MsgLevel, const IUString& text, int, const IUString&) override {
-    lines += text.toUtf8() + "\n";
-  }
-  std::string lines;
-};
+using qvx_test::RecordingLogger;
 
 // The catalog package, loaded through a library resolver (qvx_tests does not link it).
 inline void loadCatalogPackage() {

@@ -1,7 +1,5 @@
-// Helpers of the XML writing tests: an output stream into a string, a logger that keeps
-// its lines, serializing into text, identities from fixed text, and a small catalog
-// whose every identity is fixed, so that its document can be compared with a golden
-// file.
+// Helpers of the XML writing tests: an output stream into a string, serializing into
+// text, identities from fixed text, and finding attributes and start tags in a document.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,6 +13,7 @@
 #include "io/XMLSerializer.h"
 #include "platform/IOutputStream.h"
 #include "tests/catalog/CatalogTestSupport.h"
+#include "tests/support/RecordingLogger.h"
 #include "utils/ILogger.h"
 
 namespace xml_write_test {
@@ -47,25 +46,7 @@ class FailingOutputStream : public IOutputStream {
   void flush() override {}
 };
 
-struct LoggedLine {
-  int level;
-  std::string text;
-};
-
-class RecordingLogger : public utils::ILogger {
- public:
-  explicit RecordingLogger(std::int32_t level) : ILogger(level) {}
-  void logMessage(const WkDate*, MsgLevel level, const IUString& text, int, const IUString&) override {
-    lines.push_back({level, text.toUtf8()});
-  }
-  bool contains(int level, const std::string& text) const {
-    for (const LoggedLine& line : lines) {
-      if (line.level == level && line.text == text) return true;
-    }
-    return false;
-  }
-  std::vector<LoggedLine> lines;
-};
+using qvx_test::RecordingLogger;
 
 inline std::string msg(int number) { return icore::qvxGetMsg(number).toUtf8(); }
 template <typename... Args>

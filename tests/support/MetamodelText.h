@@ -77,4 +77,11 @@ inline std::string describe(com::veltrana::qvx::icore::IProperty const& property
   return text;
 }
 
+// "Owner.name " for each property of the list, in its order.
+inline std::string namesOf(IVector<com::veltrana::qvx::icore::IProperty*> const& properties) {
+  std::string names;
+  for (auto const* property : properties) names += detail::pathOf(property) + " ";
+  return names;
+}
+
 }  // namespace qvx_test
